@@ -1,0 +1,60 @@
+// Turning command-line text into control values.
+//
+// Every control of the module becomes an option named after it in kebab-case
+// ("Morvane Intensity" -> --morvane-intensity); popup items are given in
+// kebab-case too. Values are checked against the control's valid range.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/ModuleInfo.h"
+
+namespace morvane::cli {
+
+// Lower case; runs of anything but letters and digits become one dash;
+// parentheses are dropped ("Shading Channel(s)" -> "shading-channels",
+// "Luma (no Alpha)" -> "luma-no-alpha").
+std::string KebabCase(std::string_view text);
+
+// True for controls a user sets from the command line (not the layer, not the
+// custom-drawn controls).
+bool IsValueControl(const ControlSpec& control);
+
+struct Keyframe {
+  int32_t frame = 0;
+  double value = 0.0;
+  bool operator==(const Keyframe&) const = default;
+};
+
+// One control's setting in the host's own units: popups 1-based, angles 16.16
+// fixed-point degrees, checkbox 0 or 1, sliders as given. A single unanimated
+// value is one keyframe with `animated` false.
+struct ControlSetting {
+  int32_t id = 0;
+  std::string name;
+  ControlType type = ControlType::Slider;
+  bool animated = false;
+  std::vector<Keyframe> keys;
+  bool operator==(const ControlSetting&) const = default;
+};
+
+// Degrees to 16.16 fixed point, rounded half away from zero; nullopt when the
+// result does not fit 32 bits.
+std::optional<int32_t> DegreesToFixed(double degrees);
+
+// Parses `text` for `control`: a value, or FRAME:VALUE,FRAME:VALUE,... with
+// strictly increasing frames. Throws UsageError naming the option, the control
+// and its valid range or items.
+ControlSetting ParseControlSetting(const ControlSpec& control, std::string_view text);
+
+// One line describing the values a control takes and its default, for --help.
+std::string DescribeControl(const ControlSpec& control);
+
+// The default as the user writes it (kebab-case item, degrees, on/off, number).
+std::string FormatDefault(const ControlSpec& control);
+
+}  // namespace morvane::cli

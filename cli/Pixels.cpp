@@ -1,0 +1,93 @@
+#include "cli/Pixels.h"
+
+#include "cli/ChannelConvert.h"
+
+namespace morvane::cli {
+
+std::string_view DepthName(Depth depth) {
+  switch (depth) {
+    case Depth::Depth8: return "8";
+    case Depth::Depth16: return "16";
+    case Depth::Depth32f: return "32f";
+  }
+  return "?";
+}
+
+int32_t ArgbImage::width() const {
+  return std::visit([](const auto& p) { return p.width; }, pixels);
+}
+int32_t ArgbImage::height() const {
+  return std::visit([](const auto& p) { return p.height; }, pixels);
+}
+int32_t FileImage::width() const {
+  return std::visit([](const auto& p) { return p.width; }, pixels);
+}
+int32_t FileImage::height() const {
+  return std::visit([](const auto& p) { return p.height; }, pixels);
+}
+
+namespace {
+
+AnyPixels MakePixels(Depth depth, int32_t w, int32_t h) {
+  switch (depth) {
+    case Depth::Depth8: return Pixels<uint8_t>(w, h);
+    case Depth::Depth16: return Pixels<uint16_t>(w, h);
+    case Depth::Depth32f: break;
+  }
+  return Pixels<float>(w, h);
+}
+
+// A file's 16-bit values are first brought to the effect's 16-bit scale; 8-bit
+// and float values are already in effect units.
+template <typename Channel>
+Channel FileValueToEffect(Channel v) {
+  if constexpr (std::is_same_v<Channel, uint16_t>) return FileSixteenToInternal(v);
+  else return v;
+}
+
+template <typename Channel>
+Channel EffectValueToFile(Channel v) {
+  if constexpr (std::is_same_v<Channel, uint16_t>) return InternalSixteenToFile(v);
+  else return v;
+}
+
+// Channel positions: file RGBA index i holds effect channel kFileToArgb[i].
+constexpr int kFileToArgb[4] = {1, 2, 3, 0};
+
+}  // namespace
+
+ArgbImage FileToEffect(const FileImage& file, Depth depth) {
+  AnyPixels out = MakePixels(depth, file.width(), file.height());
+  std::visit(
+      [](const auto& src, auto& dst) {
+        using To = typename std::decay_t<decltype(dst.values)>::value_type;
+        const std::size_t count = src.values.size() / 4;
+        for (std::size_t p = 0; p < count; ++p) {
+          for (int c = 0; c < 4; ++c) {
+            dst.values[4 * p + kFileToArgb[c]] =
+                ConvertChannel<To>(FileValueToEffect(src.values[4 * p + c]));
+          }
+        }
+      },
+      file.pixels, out);
+  return ArgbImage{std::move(out)};
+}
+
+FileImage EffectToFile(const ArgbImage& image, Depth fileDepth) {
+  AnyPixels out = MakePixels(fileDepth, image.width(), image.height());
+  std::visit(
+      [](const auto& src, auto& dst) {
+        using To = typename std::decay_t<decltype(dst.values)>::value_type;
+        const std::size_t count = src.values.size() / 4;
+        for (std::size_t p = 0; p < count; ++p) {
+          for (int c = 0; c < 4; ++c) {
+            dst.values[4 * p + c] =
+                EffectValueToFile(ConvertChannel<To>(src.values[4 * p + kFileToArgb[c]]));
+          }
+        }
+      },
+      image.pixels, out);
+  return FileImage{std::move(out)};
+}
+
+}  // namespace morvane::cli

@@ -1,0 +1,49 @@
+#include "host/CommandTable.h"
+
+#include "host/About.h"
+#include "host/GlobalSetup.h"
+#include "host/SequenceData.h"
+
+namespace morvane {
+
+namespace {
+
+struct CommandEntry {
+  PF_Cmd cmd;
+  CommandHandler handler;  // null: answered with PF_Err_NONE
+};
+
+// A null handler marks a command whose handler has not been built yet; it is
+// answered with PF_Err_NONE until then.
+constexpr CommandEntry kCommands[] = {
+    {PF_Cmd_ABOUT, [](const CommandArgs& a) { return ShowAbout(a.in_data, a.out_data); }},
+    {PF_Cmd_GLOBAL_SETUP, [](const CommandArgs& a) { return GlobalSetup(a.in_data, a.out_data); }},
+    {PF_Cmd_PARAMS_SETUP, nullptr},  // ParamsSetup (params/)
+    {PF_Cmd_SEQUENCE_SETUP,
+     [](const CommandArgs& a) { return SequenceSetup(a.in_data, a.out_data); }},
+    {PF_Cmd_SEQUENCE_RESETUP,
+     [](const CommandArgs& a) { return SequenceResetup(a.in_data, a.out_data); }},
+    {PF_Cmd_SEQUENCE_FLATTEN,
+     [](const CommandArgs& a) { return SequenceFlatten(a.in_data, a.out_data); }},
+    {PF_Cmd_SEQUENCE_SETDOWN,
+     [](const CommandArgs& a) { return SequenceSetdown(a.in_data, a.out_data); }},
+    {PF_Cmd_RENDER, nullptr},              // LegacyRender (render/)
+    {PF_Cmd_USER_CHANGED_PARAM, nullptr},  // UpdateParamsUI (params/), extra record unused
+    {PF_Cmd_UPDATE_PARAMS_UI, nullptr},    // UpdateParamsUI (params/)
+    {PF_Cmd_EVENT, nullptr},               // HandleCustomUIEvent (params/)
+    {PF_Cmd_SMART_PRE_RENDER, nullptr},    // SmartPreRender (render/)
+    {PF_Cmd_SMART_RENDER, nullptr},        // SmartRender (render/)
+    {PF_Cmd_GET_FLATTENED_SEQUENCE_DATA,
+     [](const CommandArgs& a) { return GetFlattenedSequenceData(a.in_data, a.out_data); }},
+};
+
+}  // namespace
+
+CommandHandler FindCommandHandler(PF_Cmd cmd) {
+  for (const CommandEntry& entry : kCommands) {
+    if (entry.cmd == cmd) return entry.handler;
+  }
+  return nullptr;
+}
+
+}  // namespace morvane

@@ -1,0 +1,33 @@
+#include "params/ParamCheckout.h"
+
+#include "host/HostErrors.h"
+#include "params/ParamPositionTable.h"
+
+namespace morvane {
+
+PF_ParamDef* CheckoutParamById(PF_InData* in_data, PF_ParamDef* params[], ParamId id,
+                               PF_ParamDef& buffer) {
+  if (params != nullptr) return params[ParamPosition(id)];
+  return CheckoutParamNow(in_data, id, buffer);
+}
+
+PF_ParamDef* CheckoutParamNow(PF_InData* in_data, ParamId id, PF_ParamDef& buffer) {
+  const PF_Err err =
+      in_data->inter.checkout_param(in_data->effect_ref, ParamPosition(id), in_data->current_time,
+                                    in_data->time_step, in_data->time_scale, &buffer);
+  if (err != PF_Err_NONE) ThrowHostError(err);
+  return &buffer;
+}
+
+CheckedOutParam::CheckedOutParam(PF_InData* in_data, PF_ParamDef* params[], ParamId id,
+                                 PF_ParamDef& buffer)
+    : in_data_(in_data),
+      def_(CheckoutParamById(in_data, params, id, buffer)),
+      fromHost_(params == nullptr) {}
+
+CheckedOutParam::~CheckedOutParam() {
+  // The answer is of no use here: the value was already copied.
+  if (fromHost_) in_data_->inter.checkin_param(in_data_->effect_ref, def_);
+}
+
+}  // namespace morvane

@@ -1,0 +1,195 @@
+// What a line position beyond the end of a line reads, and the alpha fade of "Transparent".
+//
+// Positions are counted from the line's starting edge in the direction of travel and only ever
+// increase. The walkers below advance an unresolved position one step at a time and keep its
+// resolved value incrementally; the result is exactly the resolution of the position itself,
+// without a division per step.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+#include "stretch/StretchMath.h"
+
+namespace morvane {
+
+// "Edge Mode" popup value minus one.
+enum class EdgeMode : int32_t {
+  Wrap = 0,
+  Mirror = 1,
+  RepeatLast = 2,
+  Transparent = 3,
+};
+
+// Values the popup cannot produce act as Wrap.
+constexpr EdgeMode EdgeModeFromRecord(int32_t value) {
+  return value >= 0 && value <= 3 ? static_cast<EdgeMode>(value) : EdgeMode::Wrap;
+}
+
+// The period after which positions repeat: L, 2L - 2 (Mirror) or L - 1 (RepeatLast). A line of
+// one pixel gets 2 for Mirror and 1 for RepeatLast so that the period is never zero.
+constexpr int64_t EdgePeriod(EdgeMode mode, int32_t length) {
+  const int64_t l = length;
+  switch (mode) {
+    case EdgeMode::Mirror:
+      return 2 * l - 2 == 0 ? 2 : 2 * l - 2;
+    case EdgeMode::RepeatLast:
+      return l - 1 == 0 ? 1 : l - 1;
+    case EdgeMode::Wrap:
+    case EdgeMode::Transparent:
+      break;
+  }
+  return l;
+}
+
+// Resolves a whole line position (>= 0) into a pixel index 0 ... length - 1. A line of one pixel
+// resolves every position to that pixel (the Mirror formula alone would give 1 there).
+constexpr int32_t ResolveLinePosition(EdgeMode mode, int32_t length, int64_t position) {
+  if (length == 1) return 0;
+  switch (mode) {
+    case EdgeMode::Mirror: {
+      const int64_t period = EdgePeriod(mode, length);
+      const int64_t r = position % period;
+      return static_cast<int32_t>(r <= length - 1 ? r : period - r);
+    }
+    case EdgeMode::RepeatLast:
+      return static_cast<int32_t>(std::min<int64_t>(position, length - 1));
+    case EdgeMode::Wrap:
+    case EdgeMode::Transparent:
+      break;
+  }
+  return static_cast<int32_t>(position % length);
+}
+
+// Resolves a fixed-point intensity position (12 fraction bits, >= 0) on an intensity line whose
+// period is `period` pixels. The result is fixed point too; its whole part is the pixel sampled
+// (which may still need clamping into the line, see LayerPixelOnLine).
+constexpr int64_t ResolveIntensityPosition(EdgeMode mode, int64_t period, int64_t position) {
+  const int64_t fixedPeriod = period * kLayerOne;
+  switch (mode) {
+    case EdgeMode::Mirror: {
+      const int64_t r = position % fixedPeriod;
+      return r < fixedPeriod / 2 ? r : fixedPeriod - r;
+    }
+    case EdgeMode::RepeatLast:
+      return std::min(position, fixedPeriod);
+    case EdgeMode::Wrap:
+    case EdgeMode::Transparent:
+      break;
+  }
+  return position % fixedPeriod;
+}
+
+// The sampled pixel of a resolved fixed-point position, kept inside a line of `length` pixels
+// (the one-pixel substitute periods alone could reach pixel 1).
+constexpr int32_t LayerPixelOnLine(int64_t resolved, int32_t length) {
+  return static_cast<int32_t>(std::clamp<int64_t>(resolved >> kLayerFractionBits, 0, length - 1));
+}
+
+// Feather length in whole pixels: truncate(feather / 100 * L).
+constexpr int32_t FeatherLength(double featherPercent, int32_t length) {
+  return TruncTo<int32_t>(featherPercent / 100.0 * static_cast<double>(length));
+}
+
+// The "Transparent" fade of an unresolved position: 0 beyond the line's end, (L - k) / F (divided
+// in single precision) within F pixels of it, else 1.
+inline double EdgeFade(int32_t length, int32_t feather, int64_t position) {
+  const int64_t remaining = length - position;
+  if (remaining <= 0) return 0.0;
+  if (remaining < feather) {
+    return static_cast<double>(static_cast<float>(remaining) / static_cast<float>(feather));
+  }
+  return 1.0;
+}
+
+// A whole line position walking forward one pixel per step, for one edge mode.
+template <EdgeMode Mode>
+class LinePositionWalker {
+ public:
+  LinePositionWalker() = default;
+  LinePositionWalker(int32_t length, int64_t start) : length_(length) {
+    if constexpr (Mode == EdgeMode::RepeatLast) {
+      state_ = std::min<int64_t>(start, length - 1);
+    } else if constexpr (Mode == EdgeMode::Mirror) {
+      // On a one-pixel line every position reads pixel 0: a period of 1 keeps the state there.
+      period_ = length == 1 ? 1 : EdgePeriod(Mode, length);
+      state_ = start % period_;
+    } else {
+      state_ = start % length;
+      if constexpr (Mode == EdgeMode::Transparent) clamped_ = std::min<int64_t>(start, length);
+    }
+  }
+
+  int32_t Index() const {
+    if constexpr (Mode == EdgeMode::Mirror) {
+      return static_cast<int32_t>(state_ <= length_ - 1 ? state_ : period_ - state_);
+    } else {
+      return static_cast<int32_t>(state_);
+    }
+  }
+
+  void Advance() {
+    if constexpr (Mode == EdgeMode::RepeatLast) {
+      if (state_ < length_ - 1) ++state_;
+    } else if constexpr (Mode == EdgeMode::Mirror) {
+      if (++state_ == period_) state_ = 0;
+    } else {
+      if (++state_ == length_) state_ = 0;
+      if constexpr (Mode == EdgeMode::Transparent) {
+        if (clamped_ < length_) ++clamped_;
+      }
+    }
+  }
+
+  // The fade of the unresolved position; 1 for every mode but Transparent.
+  double Fade(int32_t feather) const {
+    if constexpr (Mode == EdgeMode::Transparent) {
+      return EdgeFade(length_, feather, clamped_);
+    } else {
+      (void)feather;
+      return 1.0;
+    }
+  }
+
+ private:
+  int64_t length_ = 1;
+  int64_t period_ = 1;
+  int64_t state_ = 0;    // position mod period, or the position held at L - 1 (RepeatLast)
+  int64_t clamped_ = 0;  // min(position, L): all the fade needs (Transparent)
+};
+
+// A fixed-point intensity-layer position walking forward by a fixed step, for one edge mode.
+template <EdgeMode Mode>
+class LayerPositionWalker {
+ public:
+  LayerPositionWalker() = default;
+  LayerPositionWalker(int32_t length, int64_t step, int64_t start)
+      : length_(length), step_(step), fixedPeriod_(EdgePeriod(Mode, length) * kLayerOne) {
+    state_ = Mode == EdgeMode::RepeatLast ? std::min(start, fixedPeriod_) : start % fixedPeriod_;
+  }
+
+  int32_t Pixel() const {
+    int64_t resolved = state_;
+    if constexpr (Mode == EdgeMode::Mirror) {
+      resolved = state_ < fixedPeriod_ / 2 ? state_ : fixedPeriod_ - state_;
+    }
+    return LayerPixelOnLine(resolved, length_);
+  }
+
+  void Advance() {
+    if constexpr (Mode == EdgeMode::RepeatLast) {
+      state_ = std::min(state_ + step_, fixedPeriod_);
+    } else {
+      state_ += step_;
+      while (state_ >= fixedPeriod_) state_ -= fixedPeriod_;
+    }
+  }
+
+ private:
+  int32_t length_ = 1;
+  int64_t step_ = 0;
+  int64_t fixedPeriod_ = kLayerOne;
+  int64_t state_ = 0;
+};
+
+}  // namespace morvane

@@ -1,0 +1,155 @@
+// Per-depth channel arithmetic and per-variant channel sets. Pixels hold four channels in the
+// order alpha, red, green, blue at every depth.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "stretch/KernelVariant.h"
+
+namespace morvane {
+
+inline constexpr int kAlpha = 0;
+inline constexpr int kRed = 1;
+inline constexpr int kGreen = 2;
+inline constexpr int kBlue = 3;
+
+template <PixelDepth Depth>
+struct DepthTraits;
+
+namespace detail {
+
+// Rounds half away from zero and saturates to 0 ... white; NaN gives 0. An emitted value can
+// exceed the channel range only through rounding of the line position, and must never wrap.
+template <typename Channel, int kWhite>
+inline Channel RoundAndSaturate(double value) {
+  if (!(value > 0.0)) return 0;
+  if (value >= static_cast<double>(kWhite)) return static_cast<Channel>(kWhite);
+  int32_t whole = static_cast<int32_t>(value);
+  if (value - static_cast<double>(whole) >= 0.5) ++whole;
+  return static_cast<Channel>(whole);
+}
+
+}  // namespace detail
+
+template <>
+struct DepthTraits<PixelDepth::Depth8> {
+  using Channel = uint8_t;
+  static double Single(Channel c) { return static_cast<double>(c) / 255.0; }
+  static double Luma(const Channel* p) {
+    return (static_cast<double>(p[kGreen]) + static_cast<double>(p[kRed]) +
+            static_cast<double>(p[kBlue])) /
+           765.0;
+  }
+  static double WeightByAlpha(double v, Channel a) {
+    return a < 255 ? static_cast<double>(a) * v / 255.0 : v;
+  }
+  static Channel Store(double v) { return detail::RoundAndSaturate<Channel, 255>(v); }
+  // Alpha times a fade multiplier, truncated toward zero.
+  static Channel ScaleAlpha(Channel a, double m) {
+    return static_cast<Channel>(static_cast<double>(a) * m);
+  }
+};
+
+template <>
+struct DepthTraits<PixelDepth::Depth16> {
+  using Channel = uint16_t;
+  static double Single(Channel c) { return static_cast<double>(c) * 3.0517578125e-5; }
+  static double Luma(const Channel* p) {
+    return (static_cast<double>(p[kGreen]) + static_cast<double>(p[kRed]) +
+            static_cast<double>(p[kBlue])) /
+           98304.0;
+  }
+  static double WeightByAlpha(double v, Channel a) {
+    return a < 32768 ? static_cast<double>(a) * v * 3.0517578125e-5 : v;
+  }
+  static Channel Store(double v) { return detail::RoundAndSaturate<Channel, 32768>(v); }
+  static Channel ScaleAlpha(Channel a, double m) {
+    return static_cast<Channel>(static_cast<double>(a) * m);
+  }
+};
+
+template <>
+struct DepthTraits<PixelDepth::Depth32f> {
+  using Channel = float;
+  static double Single(Channel c) { return static_cast<double>(c); }
+  static double Luma(const Channel* p) {
+    return (static_cast<double>(p[kGreen]) + static_cast<double>(p[kRed]) +
+            static_cast<double>(p[kBlue])) /
+           3.0;
+  }
+  static double WeightByAlpha(double v, Channel a) {
+    return a < 1.0f ? v * static_cast<double>(a) : v;
+  }
+  static Channel Store(double v) { return static_cast<float>(v); }
+  static Channel ScaleAlpha(Channel a, double m) {
+    return static_cast<float>(static_cast<double>(a) * m);
+  }
+};
+
+template <PixelDepth Depth>
+using ChannelType = typename DepthTraits<Depth>::Channel;
+
+// Channels a variant writes, in the order its resampler carries them, and which of them are
+// alpha (weighted by the alpha multipliers) rather than colour.
+template <ChannelVariant Variant>
+struct VariantTraits;
+
+template <>
+struct VariantTraits<ChannelVariant::Luma> {
+  static constexpr std::array<int, 4> kChannels{kAlpha, kRed, kGreen, kBlue};
+};
+template <>
+struct VariantTraits<ChannelVariant::Red> {
+  static constexpr std::array<int, 1> kChannels{kRed};
+};
+template <>
+struct VariantTraits<ChannelVariant::Green> {
+  static constexpr std::array<int, 1> kChannels{kGreen};
+};
+template <>
+struct VariantTraits<ChannelVariant::Blue> {
+  static constexpr std::array<int, 1> kChannels{kBlue};
+};
+template <>
+struct VariantTraits<ChannelVariant::Alpha> {
+  static constexpr std::array<int, 1> kChannels{kAlpha};
+};
+template <>
+struct VariantTraits<ChannelVariant::LumaNoAlpha> {
+  static constexpr std::array<int, 3> kChannels{kRed, kGreen, kBlue};
+};
+
+template <ChannelVariant Variant>
+inline constexpr int kChannelCount = static_cast<int>(VariantTraits<Variant>::kChannels.size());
+
+template <ChannelVariant Variant>
+inline constexpr bool kWritesAlpha =
+    Variant == ChannelVariant::Luma || Variant == ChannelVariant::Alpha;
+
+// The intensity a variant measures from one intensity pixel, in double precision: luma or one
+// channel normalised to white = 1, weighted by alpha except for the Alpha variant.
+template <PixelDepth Depth, ChannelVariant Variant>
+inline double MeasureIntensity(const ChannelType<Depth>* pixel) {
+  using Traits = DepthTraits<Depth>;
+  if constexpr (Variant == ChannelVariant::Alpha) {
+    return Traits::Single(pixel[kAlpha]);
+  } else {
+    double v;
+    if constexpr (Variant == ChannelVariant::Luma || Variant == ChannelVariant::LumaNoAlpha) {
+      v = Traits::Luma(pixel);
+    } else {
+      v = Traits::Single(pixel[VariantTraits<Variant>::kChannels[0]]);
+    }
+    return Traits::WeightByAlpha(v, pixel[kAlpha]);
+  }
+}
+
+// The curve index of an intensity: trunc(clamp(v, 0, 1) * 1023); NaN counts as 0.
+inline int32_t CurveIndex(double intensity) {
+  if (!(intensity > 0.0)) return 0;
+  if (intensity >= 1.0) return 1023;
+  return static_cast<int32_t>(intensity * 1023.0);
+}
+
+}  // namespace morvane

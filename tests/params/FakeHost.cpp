@@ -1,0 +1,127 @@
+#include "tests/params/FakeHost.h"
+
+#include <cstring>
+#include <stdexcept>
+
+namespace morvane::testing {
+namespace {
+
+thread_local FakeHost* current = nullptr;
+
+PF_Err AddParam(PF_ProgPtr effect_ref, PF_ParamIndex index, PF_ParamDefPtr def) {
+  FakeHost& host = FakeHost::From(effect_ref);
+  if (index != -1) return PF_Err_BAD_CALLBACK_PARAM;
+  if (const auto refused = host.refuseAdd.find(def->uu.id); refused != host.refuseAdd.end()) {
+    return refused->second;
+  }
+  host.added.push_back(*def);
+  host.addedNames.emplace_back(def->name);
+  return PF_Err_NONE;
+}
+
+PF_Err RegisterUI(PF_ProgPtr effect_ref, PF_CustomUIInfo* info) {
+  FakeHost::From(effect_ref).registeredUI.push_back(*info);
+  return PF_Err_NONE;
+}
+
+PF_Err CheckoutParam(PF_ProgPtr effect_ref, PF_ParamIndex index, A_long what_time,
+                     A_long time_step, A_u_long time_scale, PF_ParamDef* param) {
+  FakeHost& host = FakeHost::From(effect_ref);
+  host.checkouts.push_back(index);
+  host.checkoutTimes.push_back({what_time, time_step, time_scale});
+  if (const auto failure = host.checkoutErrors.find(index); failure != host.checkoutErrors.end()) {
+    ++host.failedCheckouts;
+    return failure->second;
+  }
+  *param = host.At(index);
+  return PF_Err_NONE;
+}
+
+PF_Err CheckinParam(PF_ProgPtr effect_ref, PF_ParamDef* param) {
+  FakeHost::From(effect_ref).checkedIn.push_back(param);
+  return PF_Err_NONE;
+}
+
+A_char* StringCopy(A_char* dst, const A_char* src) { return std::strcpy(dst, src); }
+
+SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
+  FakeHost& host = *current;
+  *suite = nullptr;
+  const bool paramUtils =
+      std::strcmp(name, kPFParamUtilsSuite) == 0 && version == kPFParamUtilsSuiteVersion3;
+  if (paramUtils && !host.offerParamUtils) return 1;
+  const auto found = host.extraSuites.find(std::string(name) + "/" + std::to_string(version));
+  if (found == host.extraSuites.end()) return 1;
+  *suite = found->second;
+  ++host.acquired[name];
+  return kSPNoError;
+}
+
+SPErr ReleaseSuite(const char* name, int32 /*version*/) {
+  ++current->released[name];
+  return kSPNoError;
+}
+
+PF_Err UpdateParamUI(PF_ProgPtr effect_ref, PF_ParamIndex index, const PF_ParamDef* def) {
+  FakeHost& host = FakeHost::From(effect_ref);
+  const std::size_t call = host.uiUpdates.size();
+  host.uiUpdates.push_back({index, def->ui_flags});
+  const auto failure = host.uiUpdateErrors.find(call);
+  return failure == host.uiUpdateErrors.end() ? PF_Err_NONE : failure->second;
+}
+
+}  // namespace
+
+FakeHost::FakeHost() {
+  if (current != nullptr) throw std::logic_error("one FakeHost per thread");
+  current = this;
+  in_data.effect_ref = reinterpret_cast<PF_ProgPtr>(this);
+  in_data.inter.add_param = AddParam;
+  in_data.inter.register_ui = RegisterUI;
+  in_data.inter.checkout_param = CheckoutParam;
+  in_data.inter.checkin_param = CheckinParam;
+  utils_.ansi.strcpy = StringCopy;
+  in_data.utils = &utils_;
+  basic_.AcquireSuite = AcquireSuite;
+  basic_.ReleaseSuite = ReleaseSuite;
+  in_data.pica_basicP = &basic_;
+  paramUtils_.PF_UpdateParamUI = UpdateParamUI;
+  OfferSuite(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3, &paramUtils_);
+  in_data.current_time = 0;
+  in_data.time_step = 1;
+  in_data.time_scale = 24;
+  SetHost(0x46585443, 13, 27);  // 'FXTC', After Effects
+}
+
+void FakeHost::OfferSuite(const char* name, int32_t version, const void* suite) {
+  extraSuites[std::string(name) + "/" + std::to_string(version)] = suite;
+}
+
+FakeHost::~FakeHost() { current = nullptr; }
+
+FakeHost& FakeHost::From(PF_ProgPtr effect_ref) {
+  return *reinterpret_cast<FakeHost*>(effect_ref);
+}
+
+void FakeHost::SetHost(A_long applId, A_short major, A_short minor) {
+  in_data.appl_id = applId;
+  in_data.version.major = major;
+  in_data.version.minor = minor;
+}
+
+void FakeHost::BuildListFromAdded() {
+  list.clear();
+  PF_ParamDef input;
+  std::memset(&input, 0, sizeof input);
+  input.param_type = PF_Param_LAYER;
+  list.push_back(input);
+  list.insert(list.end(), added.begin(), added.end());
+}
+
+std::vector<PF_ParamDef*> FakeHost::ParamArray() {
+  std::vector<PF_ParamDef*> array;
+  for (PF_ParamDef& def : list) array.push_back(&def);
+  return array;
+}
+
+}  // namespace morvane::testing
