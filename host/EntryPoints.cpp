@@ -5,7 +5,9 @@
 
 namespace {
 
-const A_u_char* HostString(const char* text) { return reinterpret_cast<const A_u_char*>(text); }
+const A_u_char* HostString(const char* text) {
+  return reinterpret_cast<const A_u_char*>(text);
+}
 
 }  // namespace
 

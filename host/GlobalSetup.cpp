@@ -23,8 +23,8 @@ void DeclarePremiereFormats(const PF_InData* in_data, PF_OutData* out_data) {
   ScopedSuite<PF_PixelFormatSuite1> pixelFormats(in_data, kPFPixelFormatSuite,
                                                  kPFPixelFormatSuiteVersion1, out_data);
   pixelFormats->ClearSupportedPixelFormats(in_data->effect_ref);
-  for (const PrPixelFormat format : {PrPixelFormat_ARGB_4444_8u, PrPixelFormat_ARGB_4444_16u,
-                                     PrPixelFormat_ARGB_4444_32f}) {
+  for (const PrPixelFormat format :
+       {PrPixelFormat_ARGB_4444_8u, PrPixelFormat_ARGB_4444_16u, PrPixelFormat_ARGB_4444_32f}) {
     pixelFormats->AddSupportedPixelFormat(in_data->effect_ref, format);
   }
   ScopedSuite<PF_UtilitySuite4> utility(in_data, kPFUtilitySuite, kPFUtilitySuiteVersion4,

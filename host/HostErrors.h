@@ -8,6 +8,8 @@ namespace morvane {
 
 // Raises `err` as an integer exception. The dispatcher returns the carried
 // value to the host as the command's result.
-[[noreturn]] inline void ThrowHostError(PF_Err err) { throw err; }
+[[noreturn]] inline void ThrowHostError(PF_Err err) {
+  throw err;
+}
 
 }  // namespace morvane

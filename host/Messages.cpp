@@ -28,8 +28,7 @@ void ReportToUser(const PF_InData* in_data, PF_OutData* out_data, const char* te
   out_data->out_flags |= PF_OutFlag_DISPLAY_ERROR_MESSAGE;
 }
 
-void ReportToUserCopied(const PF_InData* in_data, PF_OutData* out_data,
-                        const char* text) {
+void ReportToUserCopied(const PF_InData* in_data, PF_OutData* out_data, const char* text) {
   if (out_data == nullptr) return;
   const PF_ANSICallbacks* ansi = Ansi(in_data);
   if (ansi != nullptr && ansi->strcpy != nullptr) {

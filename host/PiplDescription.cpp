@@ -8,23 +8,22 @@
 namespace morvane::pipl {
 
 PropertyList EffectPropertyList() {
-  return PropertyList{
-      "8BIM",
-      {
-          {"kind", CodeValue{"eFKT"}},
-          {"name", PascalString{kEffectName}},
-          {"catg", PascalString{kEffectCategory}},
-          {"8664", CString{kEntryPointName}},
-          {"ePVR", ShortPair{2, 0}},
-          {"eSVR", ShortPair{static_cast<uint16_t>(kInterfaceVersion),
-                             static_cast<uint16_t>(kInterfaceSubversion)}},
-          {"eVER", Long{kEffectVersionWord}},
-          {"eINF", Short{0}},
-          {"eGLO", Long{kGlobalOutFlags}},
-          {"eGL2", Long{kGlobalOutFlags2}},
-          {"eMNA", PascalString{kEffectMatchName}},
-          {"aeFL", Long{0}},
-      }};
+  return PropertyList{"8BIM",
+                      {
+                          {"kind", CodeValue{"eFKT"}},
+                          {"name", PascalString{kEffectName}},
+                          {"catg", PascalString{kEffectCategory}},
+                          {"8664", CString{kEntryPointName}},
+                          {"ePVR", ShortPair{2, 0}},
+                          {"eSVR", ShortPair{static_cast<uint16_t>(kInterfaceVersion),
+                                             static_cast<uint16_t>(kInterfaceSubversion)}},
+                          {"eVER", Long{kEffectVersionWord}},
+                          {"eINF", Short{0}},
+                          {"eGLO", Long{kGlobalOutFlags}},
+                          {"eGL2", Long{kGlobalOutFlags2}},
+                          {"eMNA", PascalString{kEffectMatchName}},
+                          {"aeFL", Long{0}},
+                      }};
 }
 
 namespace {
@@ -36,14 +35,18 @@ class ByteWriter {
     bytes_.push_back(static_cast<uint8_t>(v >> 8));
   }
   void U32(uint32_t v) {
-    for (int shift = 0; shift < 32; shift += 8) bytes_.push_back(static_cast<uint8_t>(v >> shift));
+    for (int shift = 0; shift < 32; shift += 8)
+      bytes_.push_back(static_cast<uint8_t>(v >> shift));
   }
   // A four-character code is a 32-bit number with the first character in the
   // high byte; stored little-endian it reads reversed.
   void Code(const FourCc& c) {
-    for (int i = 3; i >= 0; --i) bytes_.push_back(static_cast<uint8_t>(c.chars[i]));
+    for (int i = 3; i >= 0; --i)
+      bytes_.push_back(static_cast<uint8_t>(c.chars[i]));
   }
-  void Raw(const std::vector<uint8_t>& data) { bytes_.insert(bytes_.end(), data.begin(), data.end()); }
+  void Raw(const std::vector<uint8_t>& data) {
+    bytes_.insert(bytes_.end(), data.begin(), data.end());
+  }
 
   std::vector<uint8_t> Take() { return std::move(bytes_); }
 
@@ -51,7 +54,9 @@ class ByteWriter {
   std::vector<uint8_t> bytes_;
 };
 
-size_t PaddedSize(size_t n) { return (n + 3) / 4 * 4; }
+size_t PaddedSize(size_t n) {
+  return (n + 3) / 4 * 4;
+}
 
 // The value bytes before padding, and the length the property reports.
 struct Encoded {

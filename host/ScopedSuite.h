@@ -31,8 +31,8 @@ class ScopedSuiteBase {
 };
 
 // `Suite` is the host's table type for the requested name and version, e.g.
-//   ScopedSuite<PF_HandleSuite1> handles(in_data, kPFHandleSuite, kPFHandleSuiteVersion1, out_data);
-//   PF_Handle h = handles->host_new_handle(size);
+//   ScopedSuite<PF_HandleSuite1> handles(in_data, kPFHandleSuite, kPFHandleSuiteVersion1,
+//   out_data); PF_Handle h = handles->host_new_handle(size);
 template <typename Suite>
 class ScopedSuite : private ScopedSuiteBase {
  public:

@@ -77,7 +77,8 @@ PF_Err GetFlattenedSequenceData(const PF_InData* in_data, PF_OutData* out_data) 
 }
 
 PF_Err SequenceSetdown(PF_InData* in_data, PF_OutData* out_data) {
-  if (in_data->sequence_data != nullptr) in_data->utils->host_dispose_handle(in_data->sequence_data);
+  if (in_data->sequence_data != nullptr)
+    in_data->utils->host_dispose_handle(in_data->sequence_data);
   in_data->sequence_data = nullptr;
   out_data->sequence_data = nullptr;
   return PF_Err_NONE;

@@ -8,7 +8,7 @@ PF_Err AcquireSuiteOrReport(const PF_InData* in_data, PF_OutData* out_data, cons
                             int32_t version, const char* message, const void** suite) {
   *suite = nullptr;
   const SPBasicSuite* basic = in_data != nullptr ? in_data->pica_basicP : nullptr;
-  if (basic != nullptr && basic->AcquireSuite(name, version, suite) != kSPNoError) {
+  if (basic != nullptr && basic->AcquireSuite(name, version, suite) != PF_Err_NONE) {
     // A refusal counts as no suite, whatever the host left in the pointer.
     *suite = nullptr;
   }

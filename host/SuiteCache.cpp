@@ -26,7 +26,7 @@ const void* SuiteCache::Acquire(Slot& slot) {
   if (slot.suite != nullptr) return slot.suite;
   const void* suite = nullptr;
   const SPErr err = basic_->AcquireSuite(slot.name, slot.version, &suite);
-  if (err != kSPNoError || suite == nullptr) ThrowHostError(PF_Err_BAD_CALLBACK_PARAM);
+  if (err != PF_Err_NONE || suite == nullptr) ThrowHostError(PF_Err_BAD_CALLBACK_PARAM);
   slot.suite = suite;
   return suite;
 }

@@ -20,11 +20,11 @@ std::string Callback(const std::string& group, const std::string& member);
 std::string SuiteFunction(const std::string& suite, int32_t version, const std::string& member);
 
 enum class FaultKind {
-  ReturnError,  // return the error (a pointer-returning function returns null,
-                // a void function does nothing)
-  ThrowInteger,        // throw the error value as an int, as a host never would
-  ThrowStdException,   // throw std::runtime_error
-  ThrowForeign,        // throw an object of a type unknown to the effect
+  ReturnError,        // return the error (a pointer-returning function returns null,
+                      // a void function does nothing)
+  ThrowInteger,       // throw the error value as an int, as a host never would
+  ThrowStdException,  // throw std::runtime_error
+  ThrowForeign,       // throw an object of a type unknown to the effect
 };
 
 struct Fault {

@@ -44,7 +44,9 @@ PF_Handle HandleTable::New(size_t size) {
   return Insert(std::move(entry));
 }
 
-PF_Handle HandleTable::NewWithoutData() { return Insert(std::make_unique<Entry>()); }
+PF_Handle HandleTable::NewWithoutData() {
+  return Insert(std::make_unique<Entry>());
+}
 
 PF_Handle HandleTable::NewWithBytes(const std::vector<uint8_t>& bytes) {
   const PF_Handle handle = New(bytes.size());

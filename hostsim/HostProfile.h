@@ -10,9 +10,9 @@ inline constexpr int32_t kAfterEffectsApplId = 0x46585443;  // 'FXTC'
 inline constexpr int32_t kPremiereApplId = 0x50724D72;      // 'PrMr'
 
 struct HostProfile {
-  std::string label;        // for messages: "After Effects 13.27"
-  int32_t applId;           // PF_InData::appl_id
-  int16_t specMajor;        // PF_InData::version
+  std::string label;  // for messages: "After Effects 13.27"
+  int32_t applId;     // PF_InData::appl_id
+  int16_t specMajor;  // PF_InData::version
   int16_t specMinor;
   std::string hostName;     // handed to PluginDataEntryFunction
   std::string hostVersion;  // likewise

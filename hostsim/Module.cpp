@@ -24,7 +24,8 @@ std::filesystem::path PiplPathFor(const std::filesystem::path& module) {
   return pipl.replace_extension(".pipl");
 }
 
-Module::Module(const std::filesystem::path& modulePath) : Module(modulePath, PiplPathFor(modulePath)) {}
+Module::Module(const std::filesystem::path& modulePath)
+    : Module(modulePath, PiplPathFor(modulePath)) {}
 
 Module::Module(const std::filesystem::path& modulePath, const std::filesystem::path& piplPath)
     : path_(modulePath), pipl_(ReadPiplFile(piplPath)) {

@@ -36,7 +36,8 @@ class Cursor {
   uint32_t U32(const char* what) {
     Need(4, what);
     uint32_t v = 0;
-    for (int i = 3; i >= 0; --i) v = v << 8 | bytes_[offset_ + static_cast<size_t>(i)];
+    for (int i = 3; i >= 0; --i)
+      v = v << 8 | bytes_[offset_ + static_cast<size_t>(i)];
     offset_ += 4;
     return v;
   }
@@ -60,7 +61,9 @@ class Cursor {
   size_t offset_ = 0;
 };
 
-std::string Where(const PiplProperty& p) { return "property '" + FourCcText(p.key) + "'"; }
+std::string Where(const PiplProperty& p) {
+  return "property '" + FourCcText(p.key) + "'";
+}
 
 void ExpectLength(const PiplProperty& p, uint32_t length) {
   if (p.length != length) {

@@ -40,7 +40,7 @@ struct PiplInfo {
   std::string name;
   std::string category;
   std::string matchName;
-  std::string entryPoint;  // the Windows x64 entry point ('8664')
+  std::string entryPoint;                               // the Windows x64 entry point ('8664')
   uint16_t listVersionMajor = 0, listVersionMinor = 0;  // 'ePVR'
   uint16_t specVersionMajor = 0, specVersionMinor = 0;  // 'eSVR'
   uint32_t effectVersion = 0;                           // 'eVER'

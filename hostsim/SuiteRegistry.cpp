@@ -28,6 +28,7 @@ int32_t SuiteRegistry::Acquire(const char* name, int32_t version, const void** s
   // A suite handed back as null answers "no error" but is not counted as held.
   if (faults.IsNulled(suiteName, version)) return 0;
   ++counts_[{suiteName, version}].acquired;
+  events_.push_back({SuiteEvent::Acquired, {suiteName, version}});
   *suite = it->second;
   return 0;
 }
@@ -36,6 +37,7 @@ int32_t SuiteRegistry::Release(const char* name, int32_t version) {
   if (name == nullptr) return kSuiteNotFound;
   const std::lock_guard lock(mutex_);
   ++counts_[{name, version}].released;
+  events_.push_back({SuiteEvent::Released, {name, version}});
   return tables_.contains({name, version}) ? 0 : kSuiteNotFound;
 }
 
@@ -54,7 +56,8 @@ int SuiteRegistry::Releases(const std::string& name, int32_t version) const {
 std::vector<SuiteBalance> SuiteRegistry::Balances() const {
   const std::lock_guard lock(mutex_);
   std::vector<SuiteBalance> out;
-  for (const auto& [key, c] : counts_) out.push_back({key, c.acquired, c.released});
+  for (const auto& [key, c] : counts_)
+    out.push_back({key, c.acquired, c.released});
   return out;
 }
 
@@ -66,9 +69,15 @@ std::vector<SuiteBalance> SuiteRegistry::Unbalanced() const {
   return out;
 }
 
+std::vector<SuiteEvent> SuiteRegistry::Events() const {
+  const std::lock_guard lock(mutex_);
+  return events_;
+}
+
 void SuiteRegistry::ResetCounts() {
   const std::lock_guard lock(mutex_);
   counts_.clear();
+  events_.clear();
 }
 
 }  // namespace hostsim

@@ -19,6 +19,11 @@ struct SuiteKey {
   auto operator<=>(const SuiteKey&) const = default;
 };
 
+struct SuiteEvent {
+  enum Kind { Acquired, Released } kind;
+  SuiteKey key;
+};
+
 struct SuiteBalance {
   SuiteKey key;
   int acquired;
@@ -43,6 +48,8 @@ class SuiteRegistry {
   std::vector<SuiteBalance> Balances() const;
   // Those acquired more or less often than released.
   std::vector<SuiteBalance> Unbalanced() const;
+  // Every successful acquisition and every release, in order.
+  std::vector<SuiteEvent> Events() const;
   void ResetCounts();
 
  private:
@@ -53,6 +60,7 @@ class SuiteRegistry {
   mutable std::mutex mutex_;
   std::map<SuiteKey, const void*> tables_;
   std::map<SuiteKey, Counts> counts_;
+  std::vector<SuiteEvent> events_;
 };
 
 }  // namespace hostsim

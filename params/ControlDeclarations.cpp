@@ -26,8 +26,8 @@ constexpr ControlDeclaration Angle(ParamId id, const char* name) {
 
 constexpr std::array kBeforeCurveGraph{
     Popup(ParamId::Direction, "Direction", "Right|Left|Down|Up", 4),
-    ControlDeclaration{ParamId::IntensitySource, "Intensity Source", PF_Param_LAYER, 0, nullptr,
-                       0, {}},
+    ControlDeclaration{
+        ParamId::IntensitySource, "Intensity Source", PF_Param_LAYER, 0, nullptr, 0, {}},
     Popup(ParamId::Channels, "Channels",
           "Luma|RGBA|Red|Green|Blue|Alpha|Luma (no Alpha)|RGB (no Alpha)", 8),
     Slider(ParamId::MorvaneIntensity, "Morvane Intensity", kCollapse, {0, 100, 100, 1, kPercent}),
@@ -46,8 +46,13 @@ constexpr std::array kAfterCurveGraph{
           "Constant|Linear Ramp Up|Linear Ramp Down", 3),
     Slider(ParamId::DistributionRange, "Distribution Range", kCollapse, {0, 2, 2, 3, kPlain}),
     Angle(ParamId::ImageShiftPhase, "Image Shift Phase"),
-    ControlDeclaration{ParamId::ImageShiftPhaseSync, "Image Shift Phase Sync", PF_Param_CHECKBOX,
-                       PF_ParamFlag_CANNOT_INTERP, nullptr, 0, {}},
+    ControlDeclaration{ParamId::ImageShiftPhaseSync,
+                       "Image Shift Phase Sync",
+                       PF_Param_CHECKBOX,
+                       PF_ParamFlag_CANNOT_INTERP,
+                       nullptr,
+                       0,
+                       {}},
     Popup(ParamId::Shading, "Shading",
           "None|Sine Wave|Triangle Wave|Linear Ramp Up|Linear Ramp Down|Line", 6),
     Slider(ParamId::ShadingIntervalSize, "Shading Interval Size", kCollapse,
@@ -65,9 +70,13 @@ constexpr PF_FpShort kCurveTolerance = 0.05f;
 
 }  // namespace
 
-std::span<const ControlDeclaration> ControlsBeforeCurveGraph() { return kBeforeCurveGraph; }
+std::span<const ControlDeclaration> ControlsBeforeCurveGraph() {
+  return kBeforeCurveGraph;
+}
 
-std::span<const ControlDeclaration> ControlsAfterCurveGraph() { return kAfterCurveGraph; }
+std::span<const ControlDeclaration> ControlsAfterCurveGraph() {
+  return kAfterCurveGraph;
+}
 
 void FillDefinition(const ControlDeclaration& control, PF_ParamDef& def) {
   std::memset(&def, 0, sizeof def);

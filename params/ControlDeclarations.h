@@ -22,8 +22,8 @@ struct ControlDeclaration {
   const char* name;
   PF_ParamType type;
   PF_ParamFlags flags;
-  const char* popupItems;  // popups: items separated by '|'
-  A_short numChoices;      // popups
+  const char* popupItems;    // popups: items separated by '|'
+  A_short numChoices;        // popups
   SliderDeclaration slider;  // float sliders
 };
 

@@ -9,7 +9,8 @@ namespace morvane {
 // A host whose effect-interface version is 13.9 or later (a major above 13
 // counts whatever its minor).
 inline bool IsRecentHost(const PF_InData* in_data) {
-  return in_data->version.major > 13 || (in_data->version.major == 13 && in_data->version.minor >= 9);
+  return in_data->version.major > 13 ||
+         (in_data->version.major == 13 && in_data->version.minor >= 9);
 }
 
 }  // namespace morvane

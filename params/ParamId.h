@@ -36,6 +36,8 @@ enum class ParamId : int32_t {
 // Number of controls the effect can declare (the host's input layer not counted).
 inline constexpr int32_t kParamIdCount = 23;
 
-constexpr int32_t ToInt(ParamId id) { return static_cast<int32_t>(id); }
+constexpr int32_t ToInt(ParamId id) {
+  return static_cast<int32_t>(id);
+}
 
 }  // namespace morvane

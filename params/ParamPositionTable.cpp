@@ -19,9 +19,13 @@ ParamPositionTable& ModuleParamPositionTable() {
   return table;
 }
 
-void RegisterParamPosition(ParamId id) { ModuleParamPositionTable().Register(id); }
+void RegisterParamPosition(ParamId id) {
+  ModuleParamPositionTable().Register(id);
+}
 
-int32_t ParamPosition(ParamId id) { return ModuleParamPositionTable().Position(id); }
+int32_t ParamPosition(ParamId id) {
+  return ModuleParamPositionTable().Position(id);
+}
 
 void VerifyParamCount(int32_t declaredCount) {
   if (static_cast<int64_t>(ModuleParamPositionTable().Size()) !=

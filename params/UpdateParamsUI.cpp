@@ -17,7 +17,9 @@ constexpr A_long kEdgeTransparent = 4;
 constexpr std::array kShadingGroup{ParamId::ShadingIntervalSize, ParamId::ShadingIntervalPhase,
                                    ParamId::ShadingChannels, ParamId::ShadingOpacity};
 
-constexpr PF_ParamUIFlags UIFlagsFor(bool disabled) { return disabled ? PF_PUI_DISABLED : 0; }
+constexpr PF_ParamUIFlags UIFlagsFor(bool disabled) {
+  return disabled ? PF_PUI_DISABLED : 0;
+}
 
 class UIUpdater {
  public:
@@ -45,8 +47,8 @@ class UIUpdater {
     PF_ParamDef def = *param;
     def.ui_flags = flags;
     if (result_ != PF_Err_NONE) return;
-    result_ = suites_.ParamUtilsSuite()->PF_UpdateParamUI(in_data_->effect_ref, ParamPosition(id),
-                                                          &def);
+    result_ =
+        suites_.ParamUtilsSuite()->PF_UpdateParamUI(in_data_->effect_ref, ParamPosition(id), &def);
   }
 
   PF_Err Result() const { return result_; }
@@ -65,7 +67,8 @@ PF_Err UpdateParamsUI(PF_InData* in_data, PF_OutData* /*out_data*/, PF_ParamDef*
 
   const bool shadingOff = updater.PopupValue(ParamId::Shading) == kShadingNone;
   if (shadingOff != updater.ShownDisabled(kShadingGroup.front())) {
-    for (const ParamId id : kShadingGroup) updater.Update(id, UIFlagsFor(shadingOff));
+    for (const ParamId id : kShadingGroup)
+      updater.Update(id, UIFlagsFor(shadingOff));
   }
 
   const bool edgeNotTransparent = updater.PopupValue(ParamId::EdgeMode) != kEdgeTransparent;

@@ -5,7 +5,9 @@
 namespace morvane {
 namespace {
 
-bool IsEmpty(const PF_LRect& rect) { return rect.left >= rect.right || rect.top >= rect.bottom; }
+bool IsEmpty(const PF_LRect& rect) {
+  return rect.left >= rect.right || rect.top >= rect.bottom;
+}
 
 }  // namespace
 

@@ -67,7 +67,8 @@ INSTANTIATE_TEST_SUITE_P(Cases, SixteenBitFile,
                          testing::Values(SixteenCase{0, 0}, SixteenCase{1, 1},  // 0.50001
                                          SixteenCase{2, 1}, SixteenCase{3, 2},  // 1.50002
                                          SixteenCase{32767, 16384}, SixteenCase{32768, 16384},
-                                         SixteenCase{65534, 32768}, SixteenCase{65535, 32768}));
+                                         SixteenCase{65534, 32767},  // 32767.49999
+                                         SixteenCase{65535, 32768}));
 
 TEST(ChannelConvert, InternalSixteenToFileRoundsAndClamps) {
   EXPECT_EQ(InternalSixteenToFile(0), 0);

@@ -26,16 +26,16 @@ TEST(Downsample, SizeIsRoundedUpAndEdgeBoxesAverageOnlyInsidePixels) {
   ASSERT_EQ(p.height, 2);
   EXPECT_EQ(p.Row(0)[0], 30);        // (0 + 10 + 50 + 60) / 4
   EXPECT_EQ(p.Row(0)[4 * 2], 65);    // x = 4 only: (40 + 90) / 2
-  EXPECT_EQ(p.Row(1)[4 * 1 + 3], 128);  // y = 2 only: (120 + 130) / 2 + 3
+  EXPECT_EQ(p.Row(1)[4 * 1 + 3], 128);  // y = 2 only: (123 + 133) / 2
   EXPECT_EQ(p.Row(1)[4 * 2 + 1], 141);  // the single pixel (4, 2): 140 + 1
 }
 
 TEST(Downsample, RoundsHalfAwayFromZeroAtEightAndSixteenBits) {
-  // Means of 2.5 and 32767.5 round up (half to even would give 2 and 32768 / 32766).
+  // Means of 2.5 and 32766.5 round up; half to even would give 2 and 32766.
   const auto eight = Make<uint8_t>(2, 1, [](int x, int, int) { return 2 + x; });
   EXPECT_EQ(std::get<Pixels<uint8_t>>(Downsample(ArgbImage{eight}, 2).pixels).values,
             (std::vector<uint8_t>{3, 3, 3, 3}));
-  const auto sixteen = Make<uint16_t>(2, 2, [](int x, int y, int) { return 32766 + x + y; });
+  const auto sixteen = Make<uint16_t>(2, 1, [](int x, int, int) { return 32766 + x; });
   EXPECT_EQ(std::get<Pixels<uint16_t>>(Downsample(ArgbImage{sixteen}, 2).pixels).values,
             (std::vector<uint16_t>{32767, 32767, 32767, 32767}));
   const auto odd = Make<uint16_t>(2, 2, [](int x, int y, int) { return 1 + 2 * x + y; });
@@ -43,10 +43,14 @@ TEST(Downsample, RoundsHalfAwayFromZeroAtEightAndSixteenBits) {
 }
 
 TEST(Downsample, FloatMeanIsTakenInDoubleAndNotRounded) {
-  const auto src = Make<float>(3, 1, [](int x, int, int) { return x == 0 ? 1.0f : 1e-8f * x; });
-  const auto& p = std::get<Pixels<float>>(Downsample(ArgbImage{src}, 3).pixels);
+  // Summed in float, 1 + 5e-8 + 5e-8 would stay 1 and the mean would be 1/3.
+  const auto src = Make<float>(3, 1, [](int x, int, int) { return x == 0 ? 1.0f : 5e-8f; });
+  const ArgbImage out = Downsample(ArgbImage{src}, 3);
+  const auto& p = std::get<Pixels<float>>(out.pixels);
   ASSERT_EQ(p.width, 1);
-  EXPECT_EQ(p.values[0], static_cast<float>((1.0 + double(1e-8f) + double(2e-8f)) / 3.0));
+  const float expected = static_cast<float>((1.0 + 2.0 * double(5e-8f)) / 3.0);
+  EXPECT_NE(expected, 1.0f / 3.0f);
+  EXPECT_EQ(p.values[0], expected);
 }
 
 TEST(Downsample, FactorOneAndLargeFactorsKeepShapes) {

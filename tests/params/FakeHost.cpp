@@ -1,5 +1,7 @@
 #include "tests/params/FakeHost.h"
 
+#include <cstdarg>
+#include <cstdio>
 #include <cstring>
 #include <stdexcept>
 
@@ -24,8 +26,8 @@ PF_Err RegisterUI(PF_ProgPtr effect_ref, PF_CustomUIInfo* info) {
   return PF_Err_NONE;
 }
 
-PF_Err CheckoutParam(PF_ProgPtr effect_ref, PF_ParamIndex index, A_long what_time,
-                     A_long time_step, A_u_long time_scale, PF_ParamDef* param) {
+PF_Err CheckoutParam(PF_ProgPtr effect_ref, PF_ParamIndex index, A_long what_time, A_long time_step,
+                     A_u_long time_scale, PF_ParamDef* param) {
   FakeHost& host = FakeHost::From(effect_ref);
   host.checkouts.push_back(index);
   host.checkoutTimes.push_back({what_time, time_step, time_scale});
@@ -42,7 +44,17 @@ PF_Err CheckinParam(PF_ProgPtr effect_ref, PF_ParamDef* param) {
   return PF_Err_NONE;
 }
 
-A_char* StringCopy(A_char* dst, const A_char* src) { return std::strcpy(dst, src); }
+A_char* StringCopy(A_char* dst, const A_char* src) {
+  return std::strcpy(dst, src);
+}
+
+int Format(A_char* dst, const A_char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  const int written = std::vsprintf(dst, format, args);
+  va_end(args);
+  return written;
+}
 
 SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
   FakeHost& host = *current;
@@ -54,12 +66,12 @@ SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
   if (found == host.extraSuites.end()) return 1;
   *suite = found->second;
   ++host.acquired[name];
-  return kSPNoError;
+  return 0;
 }
 
 SPErr ReleaseSuite(const char* name, int32 /*version*/) {
   ++current->released[name];
-  return kSPNoError;
+  return 0;
 }
 
 PF_Err UpdateParamUI(PF_ProgPtr effect_ref, PF_ParamIndex index, const PF_ParamDef* def) {
@@ -68,6 +80,78 @@ PF_Err UpdateParamUI(PF_ProgPtr effect_ref, PF_ParamIndex index, const PF_ParamD
   host.uiUpdates.push_back({index, def->ui_flags});
   const auto failure = host.uiUpdateErrors.find(call);
   return failure == host.uiUpdateErrors.end() ? PF_Err_NONE : failure->second;
+}
+
+// Handles: a master pointer to a block, as the host keeps them.
+PF_Handle NewHandle(A_HandleSize size) {
+  FakeHost& host = *current;
+  if (host.failNewHandle) return nullptr;
+  ++host.handlesAllocated;
+  return new void*(::operator new(size));
+}
+
+void* LockHandle(PF_Handle handle) {
+  FakeHost& host = *current;
+  if (host.failLockHandle) return nullptr;
+  ++host.locks;
+  return *handle;
+}
+
+void UnlockHandle(PF_Handle /*handle*/) {
+  ++current->unlocks;
+}
+
+void DisposeHandle(PF_Handle handle) {
+  ++current->handlesDisposed;
+  ::operator delete(*handle);
+  delete handle;
+}
+
+PF_Err GetWorldFormat(const PF_EffectWorld* /*world*/, PF_PixelFormat* format) {
+  *format = current->worldFormat;
+  return PF_Err_NONE;
+}
+
+PF_Err GetPremiereFormat(PF_EffectWorld* /*world*/, PrPixelFormat* format) {
+  *format = current->premiereFormat;
+  return PF_Err_NONE;
+}
+
+PF_Err CheckoutLayer(PF_ProgPtr effect_ref, PF_ParamIndex index, A_long checkout_id,
+                     const PF_RenderRequest* request, A_long /*what_time*/, A_long /*time_step*/,
+                     A_u_long /*time_scale*/, PF_CheckoutResult* result) {
+  FakeHost& host = FakeHost::From(effect_ref);
+  host.layerCheckouts.push_back({index, checkout_id, *request});
+  if (const auto failure = host.layerCheckoutErrors.find(index);
+      failure != host.layerCheckoutErrors.end()) {
+    return failure->second;
+  }
+  result->result_rect = host.checkoutResultRect;
+  result->max_result_rect = host.checkoutMaxResultRect;
+  return PF_Err_NONE;
+}
+
+PF_Err CheckoutLayerPixels(PF_ProgPtr effect_ref, A_long checkout_id, PF_EffectWorld** pixels) {
+  FakeHost& host = FakeHost::From(effect_ref);
+  if (const auto failure = host.pixelsErrors.find(checkout_id);
+      failure != host.pixelsErrors.end()) {
+    return failure->second;
+  }
+  host.pixelsCheckedOut.push_back(checkout_id);
+  const auto found = host.pixels.find(checkout_id);
+  *pixels = found == host.pixels.end() ? nullptr : found->second;
+  return PF_Err_NONE;
+}
+
+PF_Err CheckinLayerPixels(PF_ProgPtr effect_ref, A_long checkout_id) {
+  FakeHost::From(effect_ref).pixelsCheckedIn.push_back(checkout_id);
+  return PF_Err_NONE;
+}
+
+PF_Err CheckoutOutput(PF_ProgPtr effect_ref, PF_EffectWorld** output) {
+  FakeHost& host = FakeHost::From(effect_ref);
+  *output = host.output;
+  return host.outputError;
 }
 
 }  // namespace
@@ -81,12 +165,28 @@ FakeHost::FakeHost() {
   in_data.inter.checkout_param = CheckoutParam;
   in_data.inter.checkin_param = CheckinParam;
   utils_.ansi.strcpy = StringCopy;
+  utils_.ansi.sprintf = Format;
   in_data.utils = &utils_;
   basic_.AcquireSuite = AcquireSuite;
   basic_.ReleaseSuite = ReleaseSuite;
   in_data.pica_basicP = &basic_;
   paramUtils_.PF_UpdateParamUI = UpdateParamUI;
   OfferSuite(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3, &paramUtils_);
+  handleSuite_.host_new_handle = NewHandle;
+  handleSuite_.host_lock_handle = LockHandle;
+  handleSuite_.host_unlock_handle = UnlockHandle;
+  handleSuite_.host_dispose_handle = DisposeHandle;
+  OfferSuite(kPFHandleSuite, kPFHandleSuiteVersion1, &handleSuite_);
+  worldSuite_.PF_GetPixelFormat = GetWorldFormat;
+  OfferSuite(kPFWorldSuite, kPFWorldSuiteVersion2, &worldSuite_);
+  pixelFormatSuite_.GetPixelFormat = GetPremiereFormat;
+  OfferSuite(kPFPixelFormatSuite, kPFPixelFormatSuiteVersion1, &pixelFormatSuite_);
+  preRenderCallbacks.checkout_layer = CheckoutLayer;
+  smartRenderCallbacks.checkout_layer_pixels = CheckoutLayerPixels;
+  smartRenderCallbacks.checkin_layer_pixels = CheckinLayerPixels;
+  smartRenderCallbacks.checkout_output = CheckoutOutput;
+  in_data.downsample_x = {1, 1};
+  in_data.downsample_y = {1, 1};
   in_data.current_time = 0;
   in_data.time_step = 1;
   in_data.time_scale = 24;
@@ -97,7 +197,9 @@ void FakeHost::OfferSuite(const char* name, int32_t version, const void* suite) 
   extraSuites[std::string(name) + "/" + std::to_string(version)] = suite;
 }
 
-FakeHost::~FakeHost() { current = nullptr; }
+FakeHost::~FakeHost() {
+  current = nullptr;
+}
 
 FakeHost& FakeHost::From(PF_ProgPtr effect_ref) {
   return *reinterpret_cast<FakeHost*>(effect_ref);
@@ -120,7 +222,8 @@ void FakeHost::BuildListFromAdded() {
 
 std::vector<PF_ParamDef*> FakeHost::ParamArray() {
   std::vector<PF_ParamDef*> array;
-  for (PF_ParamDef& def : list) array.push_back(&def);
+  for (PF_ParamDef& def : list)
+    array.push_back(&def);
   return array;
 }
 

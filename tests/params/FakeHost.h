@@ -43,17 +43,18 @@ class FakeHost {
   std::vector<PF_ParamDef*> ParamArray();
 
   // --- checkout_param / checkin_param --------------------------------------
-  std::vector<A_long> checkouts;                // positions, in call order
+  std::vector<A_long> checkouts;  // positions, in call order
   struct Time {
     A_long time;
     A_long step;
     A_u_long scale;
   };
   std::vector<Time> checkoutTimes;
-  std::vector<const PF_ParamDef*> checkedIn;    // buffers handed back
-  std::map<A_long, PF_Err> checkoutErrors;      // position -> error
+  std::vector<const PF_ParamDef*> checkedIn;  // buffers handed back
+  std::map<A_long, PF_Err> checkoutErrors;    // position -> error
   int OpenCheckouts() const {
-    return static_cast<int>(checkouts.size()) - failedCheckouts - static_cast<int>(checkedIn.size());
+    return static_cast<int>(checkouts.size()) - failedCheckouts -
+           static_cast<int>(checkedIn.size());
   }
   int failedCheckouts = 0;
 
@@ -66,6 +67,37 @@ class FakeHost {
   std::vector<UIUpdate> uiUpdates;
   std::map<std::size_t, PF_Err> uiUpdateErrors;  // call number (0-based) -> error
 
+  // --- "PF Handle Suite" 2 -------------------------------------------------
+  bool failNewHandle = false;
+  bool failLockHandle = false;
+  int handlesAllocated = 0;
+  int handlesDisposed = 0;
+  int locks = 0;
+  int unlocks = 0;
+
+  // --- "PF World Suite" 2 and "PF Pixel Format Suite" 1 ----------------------
+  PF_PixelFormat worldFormat = PF_PixelFormat_ARGB32;
+  PrPixelFormat premiereFormat = PrPixelFormat_ARGB_4444_8u;
+
+  // --- Smart render callbacks ----------------------------------------------
+  struct LayerCheckout {
+    A_long index;
+    A_long id;
+    PF_RenderRequest request;
+  };
+  std::vector<LayerCheckout> layerCheckouts;
+  std::map<A_long, PF_Err> layerCheckoutErrors;  // parameter index -> error
+  PF_LRect checkoutResultRect{};
+  PF_LRect checkoutMaxResultRect{};
+  std::map<A_long, PF_EffectWorld*> pixels;  // checkout id -> world handed out
+  std::map<A_long, PF_Err> pixelsErrors;     // checkout id -> error
+  std::vector<A_long> pixelsCheckedOut;
+  std::vector<A_long> pixelsCheckedIn;
+  PF_EffectWorld* output = nullptr;
+  PF_Err outputError = PF_Err_NONE;
+  PF_PreRenderCallbacks preRenderCallbacks{};
+  PF_SmartRenderCallbacks smartRenderCallbacks{};
+
   // Suites acquired and released through the basic suite, by name.
   std::map<std::string, int> acquired;
   std::map<std::string, int> released;
@@ -77,6 +109,9 @@ class FakeHost {
   PF_UtilCallbacks utils_{};
   SPBasicSuite basic_{};
   PF_ParamUtilsSuite3 paramUtils_{};
+  PF_HandleSuite1 handleSuite_{};
+  PF_WorldSuite2 worldSuite_{};
+  PF_PixelFormatSuite1 pixelFormatSuite_{};
 };
 
 }  // namespace morvane::testing

@@ -18,15 +18,29 @@ constexpr A_long kAfterEffects = 0x46585443;  // 'FXTC'
 constexpr A_long kPremiere = 0x50724D72;      // 'PrMr'
 
 // The full declaration order of a recent After Effects host.
-const std::vector<ParamId> kFullOrder{
-    ParamId::Header,          ParamId::Direction,          ParamId::IntensitySource,
-    ParamId::Channels,        ParamId::MorvaneIntensity,   ParamId::Morvane,
-    ParamId::PixelSize,       ParamId::StretchCurve,       ParamId::CurvePhase,
-    ParamId::CurveSmoothness, ParamId::CurveGraph,         ParamId::StretchStartOffset,
-    ParamId::DistributionMode, ParamId::DistributionRange, ParamId::ImageShiftPhase,
-    ParamId::ImageShiftPhaseSync, ParamId::Shading,        ParamId::ShadingIntervalSize,
-    ParamId::ShadingIntervalPhase, ParamId::ShadingChannels, ParamId::ShadingOpacity,
-    ParamId::EdgeMode,        ParamId::TransparencyFeather};
+const std::vector<ParamId> kFullOrder{ParamId::Header,
+                                      ParamId::Direction,
+                                      ParamId::IntensitySource,
+                                      ParamId::Channels,
+                                      ParamId::MorvaneIntensity,
+                                      ParamId::Morvane,
+                                      ParamId::PixelSize,
+                                      ParamId::StretchCurve,
+                                      ParamId::CurvePhase,
+                                      ParamId::CurveSmoothness,
+                                      ParamId::CurveGraph,
+                                      ParamId::StretchStartOffset,
+                                      ParamId::DistributionMode,
+                                      ParamId::DistributionRange,
+                                      ParamId::ImageShiftPhase,
+                                      ParamId::ImageShiftPhaseSync,
+                                      ParamId::Shading,
+                                      ParamId::ShadingIntervalSize,
+                                      ParamId::ShadingIntervalPhase,
+                                      ParamId::ShadingChannels,
+                                      ParamId::ShadingOpacity,
+                                      ParamId::EdgeMode,
+                                      ParamId::TransparencyFeather};
 
 std::vector<ParamId> OrderWithout(std::set<ParamId> missing) {
   std::vector<ParamId> order;
@@ -72,7 +86,8 @@ TEST_P(ParamsSetupProfiles, DeclaresTheHostsListAndMatchingPositions) {
     diskIds.insert(host.added[i].uu.id);
   }
   EXPECT_EQ(diskIds.size(), host.added.size()) << "disk IDs must be unique";
-  for (ParamId id : missing) EXPECT_EQ(ParamPosition(id), 0);
+  for (ParamId id : missing)
+    EXPECT_EQ(ParamPosition(id), 0);
 
   std::size_t expectedUI = 0;
   if (profile.header) {
@@ -112,8 +127,8 @@ TEST_P(ParamsSetupProfiles, DeclaresTheHostsListAndMatchingPositions) {
     ASSERT_GE(host.registeredUI.size(), expectedUI + 1);
     const PF_CustomUIInfo& ui = host.registeredUI[expectedUI];
     EXPECT_EQ(ui.events, PF_CustomEFlag_EFFECT | PF_CustomEFlag_PREVIEW);
-    for (A_long size : {ui.comp_ui_width, ui.comp_ui_height, ui.layer_ui_width,
-                        ui.layer_ui_height, ui.preview_ui_width, ui.preview_ui_height}) {
+    for (A_long size : {ui.comp_ui_width, ui.comp_ui_height, ui.layer_ui_width, ui.layer_ui_height,
+                        ui.preview_ui_width, ui.preview_ui_height}) {
       EXPECT_EQ(size, 50);
     }
     EXPECT_EQ(ui.comp_ui_alignment, PF_UIAlignment_TOP);
@@ -126,16 +141,16 @@ TEST_P(ParamsSetupProfiles, DeclaresTheHostsListAndMatchingPositions) {
 
 INSTANTIATE_TEST_SUITE_P(
     Hosts, ParamsSetupProfiles,
-    ::testing::Values(
-        Profile{"AE_13_27", kAfterEffects, 13, 27, 24, true, true, "", PF_PUI_TOPIC},
-        Profile{"Premiere_13_27", kPremiere, 13, 27, 23, false, true, "", 0},
-        Profile{"Premiere_13_8", kPremiere, 13, 8, 23, false, true, "", 0},
-        Profile{"AE_13_8", kAfterEffects, 13, 8, 22, false, false, "", 0},
-        Profile{"AE_13_9", kAfterEffects, 13, 9, 24, true, true, "", PF_PUI_TOPIC},
-        Profile{"AE_14_0", kAfterEffects, 14, 0, 24, true, true, "", PF_PUI_TOPIC},
-        Profile{"AE_13_22", kAfterEffects, 13, 22, 24, true, true, "", PF_PUI_TOPIC},
-        Profile{"AE_13_23", kAfterEffects, 13, 23, 24, true, true, "About", PF_PUI_CONTROL},
-        Profile{"AE_13_24", kAfterEffects, 13, 24, 24, true, true, "", PF_PUI_TOPIC}),
+    ::testing::Values(Profile{"AE_13_27", kAfterEffects, 13, 27, 24, true, true, "", PF_PUI_TOPIC},
+                      Profile{"Premiere_13_27", kPremiere, 13, 27, 23, false, true, "", 0},
+                      Profile{"Premiere_13_8", kPremiere, 13, 8, 23, false, true, "", 0},
+                      Profile{"AE_13_8", kAfterEffects, 13, 8, 22, false, false, "", 0},
+                      Profile{"AE_13_9", kAfterEffects, 13, 9, 24, true, true, "", PF_PUI_TOPIC},
+                      Profile{"AE_14_0", kAfterEffects, 14, 0, 24, true, true, "", PF_PUI_TOPIC},
+                      Profile{"AE_13_22", kAfterEffects, 13, 22, 24, true, true, "", PF_PUI_TOPIC},
+                      Profile{"AE_13_23", kAfterEffects, 13, 23, 24, true, true, "About",
+                              PF_PUI_CONTROL},
+                      Profile{"AE_13_24", kAfterEffects, 13, 24, 24, true, true, "", PF_PUI_TOPIC}),
     [](const ::testing::TestParamInfo<Profile>& info) { return std::string(info.param.label); });
 
 TEST(ParamsSetup, KnownPositionsInThreeHosts) {
@@ -245,7 +260,8 @@ TEST(ParamsSetup, PopupsAnglesCheckboxAndLayerAsDeclared) {
     EXPECT_STREQ(def.u.pd.u.namesptr, e.items);
     EXPECT_EQ(def.flags, 0);
   }
-  for (ParamId id : {ParamId::CurvePhase, ParamId::ImageShiftPhase, ParamId::ShadingIntervalPhase}) {
+  for (ParamId id :
+       {ParamId::CurvePhase, ParamId::ImageShiftPhase, ParamId::ShadingIntervalPhase}) {
     const PF_ParamDef& def = definition(id);
     EXPECT_EQ(def.param_type, PF_Param_ANGLE);
     EXPECT_EQ(def.u.ad.value, 0);
@@ -292,17 +308,18 @@ TEST_P(GatedControlRefusal, TakesNoPositionAndLaterControlsKeepTheirTruePlaces) 
   EXPECT_EQ(ParamPosition(GetParam().refused), 0);
   EXPECT_EQ(host.registeredUI.size(), GetParam().uiRegistrations);
   for (std::size_t i = 0; i < host.added.size(); ++i) {
-    EXPECT_EQ(ParamPosition(static_cast<ParamId>(host.added[i].uu.id)), static_cast<int32_t>(i + 1));
+    EXPECT_EQ(ParamPosition(static_cast<ParamId>(host.added[i].uu.id)),
+              static_cast<int32_t>(i + 1));
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    AfterEffects, GatedControlRefusal,
-    ::testing::Values(RefusedGatedControl{"Header", ParamId::Header, 1},
-                      RefusedGatedControl{"CurveGraph", ParamId::CurveGraph, 1}),
-    [](const ::testing::TestParamInfo<RefusedGatedControl>& info) {
-      return std::string(info.param.label);
-    });
+INSTANTIATE_TEST_SUITE_P(AfterEffects, GatedControlRefusal,
+                         ::testing::Values(RefusedGatedControl{"Header", ParamId::Header, 1},
+                                           RefusedGatedControl{"CurveGraph", ParamId::CurveGraph,
+                                                               1}),
+                         [](const ::testing::TestParamInfo<RefusedGatedControl>& info) {
+                           return std::string(info.param.label);
+                         });
 
 TEST(ParamPositionTable, LookupOfAnUndeclaredIdInsertsNothing) {
   ParamPositionTable table;

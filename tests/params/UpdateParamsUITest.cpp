@@ -85,7 +85,8 @@ TEST_F(UpdateParamsUITest, EnableAndDisableSequences) {
     std::vector<FakeHost::UIUpdate> calls;
   };
   const std::vector<Step> steps{
-      {ParamId::Shading, kShadingSine,
+      {ParamId::Shading,
+       kShadingSine,
        {Call(ParamId::ShadingIntervalSize, 0), Call(ParamId::ShadingIntervalPhase, 0),
         Call(ParamId::ShadingChannels, 0), Call(ParamId::ShadingOpacity, 0)}},
       {ParamId::Shading, kShadingTriangle, {}},
@@ -93,7 +94,8 @@ TEST_F(UpdateParamsUITest, EnableAndDisableSequences) {
       {ParamId::EdgeMode, kEdgeMirror, {Call(ParamId::TransparencyFeather, PF_PUI_DISABLED)}},
       {ParamId::EdgeMode, kEdgeRepeatLast, {}},
       {ParamId::EdgeMode, kEdgeWrap, {}},
-      {ParamId::Shading, kShadingNone,
+      {ParamId::Shading,
+       kShadingNone,
        {Call(ParamId::ShadingIntervalSize, PF_PUI_DISABLED),
         Call(ParamId::ShadingIntervalPhase, PF_PUI_DISABLED),
         Call(ParamId::ShadingChannels, PF_PUI_DISABLED),
@@ -138,7 +140,8 @@ TEST_F(UpdateParamsUITest, OnlyTheExactDisabledWordCountsAsDisabled) {
   }
   ASSERT_EQ(Update(), PF_Err_NONE);
   EXPECT_EQ(lastCalls.size(), 5u);
-  for (const FakeHost::UIUpdate& call : lastCalls) EXPECT_EQ(call.uiFlags, PF_PUI_DISABLED);
+  for (const FakeHost::UIUpdate& call : lastCalls)
+    EXPECT_EQ(call.uiFlags, PF_PUI_DISABLED);
 }
 
 TEST_F(UpdateParamsUITest, MissingSuiteRaisesBadCallbackParam) {

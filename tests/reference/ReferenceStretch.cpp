@@ -643,7 +643,7 @@ void Kernel(Variant variant, const ConstImage<T>& input, const Image<T>& output,
       intensityOffset += alongStep;
       double S = curve[static_cast<std::size_t>(CurveIndex(v))];
       S = Distribute(settings.distributionMode, R, j, S);
-      if (!(S > 0.0)) {
+      if (S < 0.0) {
         S = 1.0;
       }
 

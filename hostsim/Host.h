@@ -1,0 +1,223 @@
+// The simulated host: behaves towards an effect module as After Effects or
+// Premiere does. It loads the module, registers it, fills the input records as
+// the chosen host would, serves the callbacks and suites, and keeps account of
+// everything the effect acquires, allocates and declares.
+//
+// The host's callbacks carry no context pointer, so one Host is active per
+// process at a time; its bookkeeping is guarded for calls from several threads.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "hostsim/CallLog.h"
+#include "hostsim/FaultPlan.h"
+#include "hostsim/HandleTable.h"
+#include "hostsim/HostProfile.h"
+#include "hostsim/Module.h"
+#include "hostsim/SessionReport.h"
+#include "hostsim/SuiteRegistry.h"
+#include "hostsim/WorldStore.h"
+#include "sdk/HostInterface.h"
+
+namespace hostsim {
+
+struct HostServices;
+
+// What PluginDataEntryFunction handed to the registration callback.
+struct Registration {
+  int calls = 0;
+  bool matchedHostPointer = false;  // the host's own registration pointer came back
+  std::string name;
+  std::string matchName;
+  std::string category;
+  std::string entryPoint;
+  int32_t kind = 0;
+  int32_t apiVersionMajor = 0;
+  int32_t apiVersionMinor = 0;
+  int32_t reservedInfo = 0;
+};
+
+// One command's answer.
+struct CommandResult {
+  PF_Err err = PF_Err_NONE;
+  PF_OutData out{};
+
+  std::string Message() const { return out.return_msg; }
+  bool ShowsMessage() const { return (out.out_flags & PF_OutFlag_DISPLAY_ERROR_MESSAGE) != 0; }
+};
+
+// The answer to PF_Cmd_GET_FLATTENED_SEQUENCE_DATA. The host keeps the bytes
+// and disposes of the handle, as it does after storing them in a project.
+struct FlatCopy {
+  CommandResult result;
+  PF_Handle handle = nullptr;  // no longer valid; for identity comparisons only
+  std::vector<uint8_t> bytes;
+};
+
+// What global set-up told the host.
+struct GlobalSetupRecord {
+  bool done = false;
+  A_u_long version = 0;
+  PF_OutFlags outFlags = 0;
+  PF_OutFlags2 outFlags2 = 0;
+};
+
+// What the effect declared through the Premiere pixel-format suite.
+struct PixelFormatLog {
+  int clears = 0;
+  std::vector<PrPixelFormat> supported;  // since the last clear, in order
+  bool checkedOutFramesMatchRenderFormat = false;
+};
+
+// Controls declared at parameter set-up. Position 0 is the input layer.
+struct ParamList {
+  std::vector<PF_ParamDef> params;
+  struct CustomUI {
+    PF_ParamIndex index;  // the control declared last before registration
+    PF_CustomUIInfo info;
+  };
+  std::vector<CustomUI> customUIs;
+  struct UiUpdate {
+    PF_ParamIndex index;
+    PF_ParamDef def;
+  };
+  std::vector<UiUpdate> uiUpdates;  // PF_UpdateParamUI calls
+};
+
+// What the effect did through the drawing suites.
+struct DrawingLog {
+  int drawingReferences = 0;
+  struct Image {
+    int width, height, rowBytes;
+    DRAWBOT_PixelLayout layout;
+  };
+  std::vector<Image> images;
+  struct Draw {
+    float x, y, alpha;
+  };
+  std::vector<Draw> draws;
+  int releasedObjects = 0;
+};
+
+// One effect instance as the host keeps it.
+class EffectInstance {
+ public:
+  int Id() const { return id_; }
+  PF_Handle SequenceData() const { return sequenceData_; }
+
+ private:
+  friend class Host;
+  explicit EffectInstance(int id) : id_(id) {}
+  int id_;
+  PF_Handle sequenceData_ = nullptr;
+};
+
+class Host {
+ public:
+  explicit Host(HostProfile profile);
+  ~Host();
+  Host(const Host&) = delete;
+  Host& operator=(const Host&) = delete;
+
+  // The host whose callbacks are live, or null.
+  static Host* Active();
+
+  const HostProfile& Profile() const { return profile_; }
+  FaultPlan& Faults() { return faults_; }
+  SuiteRegistry& Suites() { return suites_; }
+  HandleTable& Handles() { return handles_; }
+  WorldStore& Worlds() { return worlds_; }
+  CallLog& Calls() { return calls_; }
+  const SPBasicSuite* BasicSuite() const { return &basic_; }
+
+  // --- The module --------------------------------------------------------------
+  // Reads the property list next to the module (PiplError when malformed),
+  // loads the module and resolves its entry points (ModuleError).
+  void Load(const std::filesystem::path& modulePath);
+  void Load(const std::filesystem::path& modulePath, const std::filesystem::path& piplPath);
+  const Module& LoadedModule() const;
+  // Calls PluginDataEntryFunction and returns its result. The registration is
+  // checked against the property list; differences go into the report.
+  A_Err Register();
+  const Registration& Registered() const { return registration_; }
+
+  // --- Commands ------------------------------------------------------------------
+  // The input record this host hands over with every command (for `instance`,
+  // its sequence data).
+  PF_InData MakeInData(const EffectInstance* instance = nullptr) const;
+  // The output record before a command: cleared, with the instance's sequence data.
+  PF_OutData MakeOutData(const PF_InData& in) const;
+  // Calls the entry point as is; nothing is recorded.
+  PF_Err Send(PF_Cmd cmd, PF_InData& in, PF_OutData& out, PF_ParamDef** params = nullptr,
+              PF_LayerDef* output = nullptr, void* extra = nullptr);
+  // A command with fresh records; the instance's sequence data is not updated.
+  CommandResult Command(PF_Cmd cmd, const EffectInstance* instance = nullptr,
+                        PF_ParamDef** params = nullptr, PF_LayerDef* output = nullptr,
+                        void* extra = nullptr);
+
+  // --- Lifecycle -------------------------------------------------------------------
+  CommandResult About();
+  // Records the version and flag words and compares them with the property list.
+  CommandResult GlobalSetup();
+  // Collects the declared controls and checks the reported count.
+  CommandResult ParamsSetup();
+  EffectInstance& NewInstance();
+  // An instance opened from a saved project: its sequence data holds `flat`.
+  EffectInstance& OpenInstance(const std::vector<uint8_t>& flat);
+  // An instance whose sequence data is `handle` (made through Handles()).
+  EffectInstance& OpenInstance(PF_Handle handle);
+  CommandResult SequenceSetup(EffectInstance& instance);
+  CommandResult SequenceResetup(EffectInstance& instance);
+  CommandResult SequenceFlatten(EffectInstance& instance);
+  FlatCopy GetFlattenedSequenceData(EffectInstance& instance);
+  CommandResult SequenceSetdown(EffectInstance& instance);
+  CommandResult GlobalSetdown();
+
+  // --- What the effect declared ------------------------------------------------------
+  const GlobalSetupRecord& Global() const { return global_; }
+  PixelFormatLog PixelFormats() const;
+  ParamList Params() const;
+  DrawingLog Drawing() const;
+
+  // Unbalanced suites, live handles and recorded misuse.
+  SessionReport Report() const;
+
+ private:
+  friend struct HostServices;
+
+  PF_ProgPtr EffectRef(const EffectInstance* instance) const;
+  void NoteProblem(const std::string& problem);
+  CommandResult SequenceCommand(PF_Cmd cmd, EffectInstance& instance);
+
+  HostProfile profile_;
+  FaultPlan faults_;
+  SuiteRegistry suites_;
+  HandleTable handles_;
+  WorldStore worlds_;
+  CallLog calls_;
+
+  SPBasicSuite basic_{};
+  PF_UtilCallbacks utils_{};
+  PF_InteractCallbacks inter_{};
+  char globalRef_ = 0;  // effect_ref outside any instance
+
+  std::unique_ptr<Module> module_;
+  Registration registration_;
+  GlobalSetupRecord global_;
+  std::deque<EffectInstance> instances_;
+
+  mutable std::mutex mutex_;  // guards everything below
+  PixelFormatLog pixelFormats_;
+  ParamList params_;
+  DrawingLog drawing_;
+  std::vector<std::string> problems_;
+  int paramCheckouts_ = 0;
+};
+
+}  // namespace hostsim

@@ -1,0 +1,512 @@
+// The callbacks and suite functions the simulated host hands to the effect.
+// Each one records its call, applies any injected fault and then does what the
+// real host does, on the active Host's bookkeeping.
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <string>
+
+#include "hostsim/Host.h"
+
+namespace hostsim {
+
+namespace {
+constexpr SPErr kOk = 0;
+}  // namespace
+
+struct HostServices {
+  static Host& Active() {
+    Host* host = Host::Active();
+    if (host == nullptr) {
+      std::fprintf(stderr, "hostsim: a host callback was called with no active host\n");
+      std::abort();
+    }
+    return *host;
+  }
+
+  // Records the call; the injected error, if any. Throwing faults throw here.
+  static std::optional<int32_t> Enter(const std::string& function) {
+    Host& host = Active();
+    host.calls_.Record(function);
+    return host.faults_.Strike(function);
+  }
+
+  static void CheckRef(PF_ProgPtr ref, const char* function) {
+    Host& host = Active();
+    const auto* raw = reinterpret_cast<const char*>(ref);
+    if (raw == &host.globalRef_) return;
+    for (const EffectInstance& instance : host.instances_) {
+      if (raw == reinterpret_cast<const char*>(&instance)) return;
+    }
+    host.NoteProblem(std::string(function) + " called with an unknown effect_ref");
+  }
+
+  // --- Basic suite ---------------------------------------------------------------
+
+  static SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
+    Host& host = Active();
+    host.calls_.Record(Callback("basic", "AcquireSuite"));
+    return host.suites_.Acquire(name, version, suite, host.faults_);
+  }
+
+  static SPErr ReleaseSuite(const char* name, int32 version) {
+    if (const auto err = Enter(Callback("basic", "ReleaseSuite"))) return *err;
+    return Active().suites_.Release(name, version);
+  }
+
+  static SPBoolean IsEqual(const char* a, const char* b) {
+    return a != nullptr && b != nullptr && std::strcmp(a, b) == 0;
+  }
+
+  static SPErr AllocateBlock(size_t size, void** block) {
+    if (const auto err = Enter(Callback("basic", "AllocateBlock"))) return *err;
+    *block = std::malloc(size);
+    return *block != nullptr ? kOk : PF_Err_OUT_OF_MEMORY;
+  }
+
+  static SPErr FreeBlock(void* block) {
+    std::free(block);
+    return kOk;
+  }
+
+  static SPErr ReallocateBlock(void* block, size_t size, void** out) {
+    if (const auto err = Enter(Callback("basic", "ReallocateBlock"))) return *err;
+    void* moved = std::realloc(block, size);
+    if (moved == nullptr) return PF_Err_OUT_OF_MEMORY;
+    *out = moved;
+    return kOk;
+  }
+
+  static SPErr Undefined() { return SuiteRegistry::kSuiteNotFound; }
+
+  // --- Handles (utility callbacks and "PF Handle Suite" 2 share them) -----------------
+
+  static PF_Handle NewHandle(const std::string& fn, A_u_longlong size) {
+    if (Enter(fn)) return nullptr;
+    return Active().handles_.New(static_cast<size_t>(size));
+  }
+  static void* LockHandle(const std::string& fn, PF_Handle h) {
+    if (Enter(fn)) return nullptr;
+    return Active().handles_.Lock(h);
+  }
+  static void UnlockHandle(const std::string& fn, PF_Handle h) {
+    if (Enter(fn)) return;
+    Active().handles_.Unlock(h);
+  }
+  static void DisposeHandle(const std::string& fn, PF_Handle h) {
+    if (Enter(fn)) return;
+    Active().handles_.Dispose(h);
+  }
+  static A_u_longlong HandleSize(const std::string& fn, PF_Handle h) {
+    if (Enter(fn)) return 0;
+    return Active().handles_.Size(h);
+  }
+  static PF_Err ResizeHandle(const std::string& fn, A_u_longlong size, PF_Handle* h) {
+    if (const auto err = Enter(fn)) return *err;
+    if (h == nullptr) return PF_Err_BAD_CALLBACK_PARAM;
+    return Active().handles_.Resize(*h, static_cast<size_t>(size)) ? PF_Err_NONE
+                                                                   : PF_Err_BAD_CALLBACK_PARAM;
+  }
+
+  static std::string Utils(const char* member) { return Callback("utils", member); }
+  static std::string HandleFn(const char* member) {
+    return SuiteFunction(kPFHandleSuite, kPFHandleSuiteVersion1, member);
+  }
+
+  static PF_Handle UtilsNewHandle(A_u_longlong size) {
+    return NewHandle(Utils("host_new_handle"), size);
+  }
+  static void* UtilsLockHandle(PF_Handle h) { return LockHandle(Utils("host_lock_handle"), h); }
+  static void UtilsUnlockHandle(PF_Handle h) { UnlockHandle(Utils("host_unlock_handle"), h); }
+  static void UtilsDisposeHandle(PF_Handle h) { DisposeHandle(Utils("host_dispose_handle"), h); }
+  static A_u_longlong UtilsHandleSize(PF_Handle h) {
+    return HandleSize(Utils("host_get_handle_size"), h);
+  }
+  static PF_Err UtilsResizeHandle(A_u_longlong size, PF_Handle* h) {
+    return ResizeHandle(Utils("host_resize_handle"), size, h);
+  }
+
+  static PF_Handle SuiteNewHandle(A_HandleSize size) {
+    return NewHandle(HandleFn("host_new_handle"), size);
+  }
+  static void* SuiteLockHandle(PF_Handle h) { return LockHandle(HandleFn("host_lock_handle"), h); }
+  static void SuiteUnlockHandle(PF_Handle h) { UnlockHandle(HandleFn("host_unlock_handle"), h); }
+  static void SuiteDisposeHandle(PF_Handle h) { DisposeHandle(HandleFn("host_dispose_handle"), h); }
+  static A_HandleSize SuiteHandleSize(PF_Handle h) {
+    return HandleSize(HandleFn("host_get_handle_size"), h);
+  }
+  static PF_Err SuiteResizeHandle(A_HandleSize size, PF_Handle* h) {
+    return ResizeHandle(HandleFn("host_resize_handle"), size, h);
+  }
+
+  // --- String callbacks ------------------------------------------------------------
+
+  // The host formats without knowing the destination's size; every destination
+  // the interface defines holds at most PF_MAX_EFFECT_MSG_LEN characters.
+  static int Sprintf(A_char* dst, const A_char* format, ...) {
+    if (const auto err = Enter(Utils("sprintf"))) return -1;
+    char text[PF_MAX_EFFECT_MSG_LEN + 1];
+    va_list args;
+    va_start(args, format);
+    const int n = std::vsnprintf(text, sizeof text, format, args);
+    va_end(args);
+    if (n > PF_MAX_EFFECT_MSG_LEN) {
+      Active().NoteProblem("sprintf produced " + std::to_string(n) + " characters, more than " +
+                           std::to_string(PF_MAX_EFFECT_MSG_LEN));
+    }
+    std::memcpy(dst, text, std::strlen(text) + 1);
+    return n;
+  }
+
+  static A_char* Strcpy(A_char* dst, const A_char* src) {
+    if (Enter(Utils("strcpy"))) return dst;
+    return std::strcpy(dst, src);
+  }
+
+  // --- Interaction callbacks ---------------------------------------------------------
+
+  static PF_Err AddParam(PF_ProgPtr ref, PF_ParamIndex index, PF_ParamDefPtr def) {
+    if (const auto err = Enter(Callback("inter", "add_param"))) return *err;
+    CheckRef(ref, "add_param");
+    Host& host = Active();
+    const std::lock_guard lock(host.mutex_);
+    if (index != -1) host.problems_.push_back("add_param at index " + std::to_string(index));
+    host.params_.params.push_back(*def);
+    return PF_Err_NONE;
+  }
+
+  static PF_Err RegisterUI(PF_ProgPtr ref, PF_CustomUIInfo* info) {
+    if (const auto err = Enter(Callback("inter", "register_ui"))) return *err;
+    CheckRef(ref, "register_ui");
+    Host& host = Active();
+    const std::lock_guard lock(host.mutex_);
+    const auto index = static_cast<PF_ParamIndex>(host.params_.params.size()) - 1;
+    host.params_.customUIs.push_back({index, *info});
+    return PF_Err_NONE;
+  }
+
+  static PF_Err CheckoutParam(PF_ProgPtr ref, PF_ParamIndex index, A_long /*time*/, A_long /*step*/,
+                              A_u_long /*scale*/, PF_ParamDef* param) {
+    if (const auto err = Enter(Callback("inter", "checkout_param"))) return *err;
+    CheckRef(ref, "checkout_param");
+    Host& host = Active();
+    const std::lock_guard lock(host.mutex_);
+    if (index < 0 || static_cast<size_t>(index) >= host.params_.params.size()) {
+      return PF_Err_INVALID_INDEX;
+    }
+    *param = host.params_.params[static_cast<size_t>(index)];
+    ++host.paramCheckouts_;
+    return PF_Err_NONE;
+  }
+
+  static PF_Err CheckinParam(PF_ProgPtr ref, PF_ParamDef* /*param*/) {
+    if (const auto err = Enter(Callback("inter", "checkin_param"))) return *err;
+    CheckRef(ref, "checkin_param");
+    Host& host = Active();
+    const std::lock_guard lock(host.mutex_);
+    --host.paramCheckouts_;
+    return PF_Err_NONE;
+  }
+
+  static PF_Err Abort(PF_ProgPtr ref) {
+    if (const auto err = Enter(Callback("inter", "abort"))) return *err;
+    CheckRef(ref, "abort");
+    return PF_Err_NONE;
+  }
+
+  static PF_Err Progress(PF_ProgPtr ref, A_long /*current*/, A_long /*total*/) {
+    if (const auto err = Enter(Callback("inter", "progress"))) return *err;
+    CheckRef(ref, "progress");
+    return PF_Err_NONE;
+  }
+
+  // --- Registration ---------------------------------------------------------------
+
+  static A_Err Register(PF_PluginDataPtr inPtr, const A_u_char* name, const A_u_char* matchName,
+                        const A_u_char* category, const A_u_char* entryPoint, A_long kind,
+                        A_long apiMajor, A_long apiMinor, A_long reservedInfo) {
+    if (const auto err = Enter(Callback("registration", "PF_PluginDataCB"))) return *err;
+    Host& host = Active();
+    auto text = [](const A_u_char* s) {
+      return s != nullptr ? std::string(reinterpret_cast<const char*>(s)) : std::string();
+    };
+    Registration& r = host.registration_;
+    ++r.calls;
+    r.matchedHostPointer = reinterpret_cast<const void*>(inPtr) == &host.registration_;
+    r.name = text(name);
+    r.matchName = text(matchName);
+    r.category = text(category);
+    r.entryPoint = text(entryPoint);
+    r.kind = kind;
+    r.apiVersionMajor = apiMajor;
+    r.apiVersionMinor = apiMinor;
+    r.reservedInfo = reservedInfo;
+    return A_Err_NONE;
+  }
+
+  // --- Suites ------------------------------------------------------------------------
+
+  static std::string PixelFormatFn(const char* member) {
+    return SuiteFunction(kPFPixelFormatSuite, kPFPixelFormatSuiteVersion1, member);
+  }
+
+  static PF_Err AddSupportedPixelFormat(PF_ProgPtr ref, PrPixelFormat format) {
+    if (const auto err = Enter(PixelFormatFn("AddSupportedPixelFormat"))) return *err;
+    CheckRef(ref, "AddSupportedPixelFormat");
+    Host& host = Active();
+    const std::lock_guard lock(host.mutex_);
+    host.pixelFormats_.supported.push_back(format);
+    return PF_Err_NONE;
+  }
+
+  static PF_Err ClearSupportedPixelFormats(PF_ProgPtr ref) {
+    if (const auto err = Enter(PixelFormatFn("ClearSupportedPixelFormats"))) return *err;
+    CheckRef(ref, "ClearSupportedPixelFormats");
+    Host& host = Active();
+    const std::lock_guard lock(host.mutex_);
+    ++host.pixelFormats_.clears;
+    host.pixelFormats_.supported.clear();
+    return PF_Err_NONE;
+  }
+
+  static PF_Err PremiereGetPixelFormat(PF_EffectWorld* world, PrPixelFormat* format) {
+    if (const auto err = Enter(PixelFormatFn("GetPixelFormat"))) return *err;
+    const auto known = Active().worlds_.PremiereFormat(world);
+    if (!known) return PF_Err_BAD_CALLBACK_PARAM;
+    *format = *known;
+    return PF_Err_NONE;
+  }
+
+  static PF_Err EffectWantsCheckedOutFramesToMatchRenderPixelFormat(PF_ProgPtr ref) {
+    if (const auto err =
+            Enter(SuiteFunction(kPFUtilitySuite, kPFUtilitySuiteVersion4,
+                                "EffectWantsCheckedOutFramesToMatchRenderPixelFormat"))) {
+      return *err;
+    }
+    CheckRef(ref, "EffectWantsCheckedOutFramesToMatchRenderPixelFormat");
+    Host& host = Active();
+    const std::lock_guard lock(host.mutex_);
+    host.pixelFormats_.checkedOutFramesMatchRenderFormat = true;
+    return PF_Err_NONE;
+  }
+
+  static std::string WorldFn(const char* member) {
+    return SuiteFunction(kPFWorldSuite, kPFWorldSuiteVersion2, member);
+  }
+
+  static PF_Err NewWorld(PF_ProgPtr ref, A_long width, A_long height, PF_Boolean /*clear*/,
+                         PF_PixelFormat format, PF_EffectWorld* world) {
+    if (const auto err = Enter(WorldFn("PF_NewWorld"))) return *err;
+    CheckRef(ref, "PF_NewWorld");
+    for (const PixelDepth depth : {PixelDepth::Bits8, PixelDepth::Bits16, PixelDepth::Float32}) {
+      if (AeFormatOf(depth) == format) {
+        if (width < 0 || height < 0) return PF_Err_BAD_CALLBACK_PARAM;
+        Active().worlds_.Allocate(world, width, height, depth);
+        return PF_Err_NONE;
+      }
+    }
+    return PF_Err_BAD_CALLBACK_PARAM;
+  }
+
+  static PF_Err DisposeWorld(PF_ProgPtr ref, PF_EffectWorld* world) {
+    if (const auto err = Enter(WorldFn("PF_DisposeWorld"))) return *err;
+    CheckRef(ref, "PF_DisposeWorld");
+    return Active().worlds_.Dispose(world) ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
+  }
+
+  static PF_Err AeGetPixelFormat(const PF_EffectWorld* world, PF_PixelFormat* format) {
+    if (const auto err = Enter(WorldFn("PF_GetPixelFormat"))) return *err;
+    const auto known = Active().worlds_.AeFormat(world);
+    if (!known) return PF_Err_BAD_CALLBACK_PARAM;
+    *format = *known;
+    return PF_Err_NONE;
+  }
+
+  static PF_Err UpdateParamUI(PF_ProgPtr ref, PF_ParamIndex index, const PF_ParamDef* def) {
+    if (const auto err = Enter(
+            SuiteFunction(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3, "PF_UpdateParamUI"))) {
+      return *err;
+    }
+    CheckRef(ref, "PF_UpdateParamUI");
+    Host& host = Active();
+    const std::lock_guard lock(host.mutex_);
+    if (index <= 0 || static_cast<size_t>(index) >= host.params_.params.size()) {
+      return PF_Err_INVALID_INDEX;
+    }
+    host.params_.uiUpdates.push_back({index, *def});
+    return PF_Err_NONE;
+  }
+
+  // Drawing references are tokens: the effect only hands them back.
+  static inline char drawToken_ = 0;
+  static inline char supplierToken_ = 0;
+  static inline char surfaceToken_ = 0;
+  static inline char imageToken_ = 0;
+
+  static PF_Err GetDrawingReference(const PF_ContextH /*context*/, DRAWBOT_DrawRef* ref) {
+    if (const auto err = Enter(SuiteFunction(kPFEffectCustomUISuite, kPFEffectCustomUISuiteVersion1,
+                                             "PF_GetDrawingReference"))) {
+      return *err;
+    }
+    Host& host = Active();
+    const std::lock_guard lock(host.mutex_);
+    ++host.drawing_.drawingReferences;
+    *ref = reinterpret_cast<DRAWBOT_DrawRef>(&drawToken_);
+    return PF_Err_NONE;
+  }
+
+  static std::string DrawFn(const char* suite, int32_t version, const char* member) {
+    return SuiteFunction(suite, version, member);
+  }
+
+  static SPErr GetSupplier(DRAWBOT_DrawRef, DRAWBOT_SupplierRef* out) {
+    if (const auto err =
+            Enter(DrawFn(kDRAWBOT_DrawSuite, kDRAWBOT_DrawSuite_Version1, "GetSupplier"))) {
+      return *err;
+    }
+    *out = reinterpret_cast<DRAWBOT_SupplierRef>(&supplierToken_);
+    return kOk;
+  }
+
+  static SPErr GetSurface(DRAWBOT_DrawRef, DRAWBOT_SurfaceRef* out) {
+    if (const auto err =
+            Enter(DrawFn(kDRAWBOT_DrawSuite, kDRAWBOT_DrawSuite_Version1, "GetSurface"))) {
+      return *err;
+    }
+    *out = reinterpret_cast<DRAWBOT_SurfaceRef>(&surfaceToken_);
+    return kOk;
+  }
+
+  static SPErr NewImageFromBuffer(DRAWBOT_SupplierRef, int width, int height, int rowBytes,
+                                  DRAWBOT_PixelLayout layout, const void* /*data*/,
+                                  DRAWBOT_ImageRef* out) {
+    if (const auto err = Enter(DrawFn(kDRAWBOT_SupplierSuite, kDRAWBOT_SupplierSuite_Version1,
+                                      "NewImageFromBuffer"))) {
+      return *err;
+    }
+    Host& host = Active();
+    const std::lock_guard lock(host.mutex_);
+    host.drawing_.images.push_back({width, height, rowBytes, layout});
+    *out = reinterpret_cast<DRAWBOT_ImageRef>(&imageToken_);
+    return kOk;
+  }
+
+  static SPErr ReleaseObject(DRAWBOT_ObjectRef) {
+    if (const auto err = Enter(
+            DrawFn(kDRAWBOT_SupplierSuite, kDRAWBOT_SupplierSuite_Version1, "ReleaseObject"))) {
+      return *err;
+    }
+    Host& host = Active();
+    const std::lock_guard lock(host.mutex_);
+    ++host.drawing_.releasedObjects;
+    return kOk;
+  }
+
+  static SPErr DrawImage(DRAWBOT_SurfaceRef, DRAWBOT_ImageRef, const DRAWBOT_PointF32* origin,
+                         float alpha) {
+    if (const auto err =
+            Enter(DrawFn(kDRAWBOT_SurfaceSuite, kDRAWBOT_SurfaceSuite_Version2, "DrawImage"))) {
+      return *err;
+    }
+    Host& host = Active();
+    const std::lock_guard lock(host.mutex_);
+    host.drawing_.draws.push_back(
+        {origin != nullptr ? origin->x : 0.0f, origin != nullptr ? origin->y : 0.0f, alpha});
+    return kOk;
+  }
+
+  // --- Tables ------------------------------------------------------------------------
+
+  static constexpr PF_HandleSuite1 kHandleSuite{SuiteNewHandle,    SuiteLockHandle,
+                                                SuiteUnlockHandle, SuiteDisposeHandle,
+                                                SuiteHandleSize,   SuiteResizeHandle};
+  static constexpr PF_WorldSuite2 kWorldSuite{NewWorld, DisposeWorld, AeGetPixelFormat};
+  static constexpr PF_PixelFormatSuite1 kPixelFormatSuite{AddSupportedPixelFormat,
+                                                          ClearSupportedPixelFormats,
+                                                          nullptr,
+                                                          nullptr,
+                                                          PremiereGetPixelFormat,
+                                                          nullptr,
+                                                          nullptr,
+                                                          nullptr};
+  static constexpr PF_UtilitySuite4 kUtilitySuite{
+      nullptr,
+      nullptr,
+      nullptr,
+      nullptr,
+      nullptr,
+      nullptr,
+      nullptr,
+      nullptr,
+      nullptr,
+      nullptr,
+      nullptr,
+      nullptr,
+      EffectWantsCheckedOutFramesToMatchRenderPixelFormat};
+  static constexpr PF_ParamUtilsSuite3 kParamUtilsSuite{
+      UpdateParamUI, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr};
+  static constexpr PF_EffectCustomUISuite1 kCustomUISuite{GetDrawingReference};
+  static constexpr DRAWBOT_DrawbotSuite1 kDrawSuite{GetSupplier, GetSurface};
+  static constexpr DRAWBOT_SupplierSuite1 kSupplierSuite{
+      nullptr, nullptr, nullptr, nullptr, nullptr, NewImageFromBuffer, nullptr,
+      nullptr, nullptr, nullptr, nullptr, nullptr, ReleaseObject};
+  static constexpr DRAWBOT_SurfaceSuite2 kSurfaceSuite{
+      nullptr, nullptr,   nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+      nullptr, DrawImage, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr};
+  static constexpr DRAWBOT_PathSuite1 kPathSuite{nullptr, nullptr, nullptr,
+                                                 nullptr, nullptr, nullptr};
+
+  static void Install(Host& host) {
+    host.basic_ = SPBasicSuite{AcquireSuite, ReleaseSuite,    IsEqual,  AllocateBlock,
+                               FreeBlock,    ReallocateBlock, Undefined};
+
+    PF_UtilCallbacks& u = host.utils_;
+    u.host_new_handle = UtilsNewHandle;
+    u.host_lock_handle = UtilsLockHandle;
+    u.host_unlock_handle = UtilsUnlockHandle;
+    u.host_dispose_handle = UtilsDisposeHandle;
+    u.host_get_handle_size = UtilsHandleSize;
+    u.host_resize_handle = UtilsResizeHandle;
+    u.ansi.sprintf = Sprintf;
+    u.ansi.strcpy = Strcpy;
+
+    PF_InteractCallbacks& i = host.inter_;
+    i.checkout_param = CheckoutParam;
+    i.checkin_param = CheckinParam;
+    i.add_param = AddParam;
+    i.abort = Abort;
+    i.progress = Progress;
+    i.register_ui = RegisterUI;
+
+    SuiteRegistry& s = host.suites_;
+    s.Register(kPFHandleSuite, kPFHandleSuiteVersion1, &kHandleSuite);
+    s.Register(kPFWorldSuite, kPFWorldSuiteVersion2, &kWorldSuite);
+    s.Register(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3, &kParamUtilsSuite);
+    s.Register(kPFEffectCustomUISuite, kPFEffectCustomUISuiteVersion1, &kCustomUISuite);
+    s.Register(kDRAWBOT_DrawSuite, kDRAWBOT_DrawSuite_Version1, &kDrawSuite);
+    s.Register(kDRAWBOT_SupplierSuite, kDRAWBOT_SupplierSuite_Version1, &kSupplierSuite);
+    s.Register(kDRAWBOT_SurfaceSuite, kDRAWBOT_SurfaceSuite_Version2, &kSurfaceSuite);
+    s.Register(kDRAWBOT_PathSuite, kDRAWBOT_PathSuite_Version1, &kPathSuite);
+    // The pixel-format suite version 1 and the utility suite are Premiere's.
+    if (host.profile_.IsPremiere()) {
+      s.Register(kPFPixelFormatSuite, kPFPixelFormatSuiteVersion1, &kPixelFormatSuite);
+      s.Register(kPFUtilitySuite, kPFUtilitySuiteVersion4, &kUtilitySuite);
+    }
+  }
+
+  static PluginDataEntryFunctionPtr RegistrationEntry(const Host& host) {
+    return host.module_->RegistrationEntry();
+  }
+  static PF_PluginDataCB RegistrationCallback() { return Register; }
+};
+
+void InstallHostServices(Host& host) {
+  HostServices::Install(host);
+}
+PF_PluginDataCB HostRegistrationCallback() {
+  return HostServices::RegistrationCallback();
+}
+
+}  // namespace hostsim
