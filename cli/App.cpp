@@ -29,7 +29,8 @@ struct EarlyArguments {
 
 EarlyArguments ScanEarly(int argc, const char* const* argv) {
   EarlyArguments early;
-  auto valueOf = [&](int& i, std::string_view arg, std::string_view name) -> std::optional<std::string> {
+  auto valueOf = [&](int& i, std::string_view arg,
+                     std::string_view name) -> std::optional<std::string> {
     if (arg == name && i + 1 < argc) return std::string(argv[++i]);
     if (arg.size() > name.size() && arg.substr(0, name.size()) == name && arg[name.size()] == '=') {
       return std::string(arg.substr(name.size() + 1));

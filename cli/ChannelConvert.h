@@ -19,13 +19,17 @@ inline double RoundClamped(double v, double lo, double hi) {
   return r > hi ? hi : r;
 }
 
-inline float EightToFloat(uint8_t v) { return static_cast<float>(v) / 255.0f; }
+inline float EightToFloat(uint8_t v) {
+  return static_cast<float>(v) / 255.0f;
+}
 
 inline uint8_t FloatToEight(float f) {
   return static_cast<uint8_t>(RoundClamped(static_cast<double>(f) * 255.0, 0.0, 255.0));
 }
 
-inline float SixteenToFloat(uint16_t x) { return static_cast<float>(x) / 32768.0f; }
+inline float SixteenToFloat(uint16_t x) {
+  return static_cast<float>(x) / 32768.0f;
+}
 
 inline uint16_t FloatToSixteen(float f) {
   return static_cast<uint16_t>(RoundClamped(static_cast<double>(f) * 32768.0, 0.0, 32768.0));
@@ -33,12 +37,14 @@ inline uint16_t FloatToSixteen(float f) {
 
 // 16-bit file value (0..65535) to the effect's 16-bit value (0..32768).
 inline uint16_t FileSixteenToInternal(uint16_t v) {
-  return static_cast<uint16_t>(RoundClamped(static_cast<double>(v) * 32768.0 / 65535.0, 0.0, 32768.0));
+  return static_cast<uint16_t>(
+      RoundClamped(static_cast<double>(v) * 32768.0 / 65535.0, 0.0, 32768.0));
 }
 
 // The effect's 16-bit value to a 16-bit file value; values above white are clamped.
 inline uint16_t InternalSixteenToFile(uint16_t x) {
-  return static_cast<uint16_t>(RoundClamped(static_cast<double>(x) * 65535.0 / 32768.0, 0.0, 65535.0));
+  return static_cast<uint16_t>(
+      RoundClamped(static_cast<double>(x) * 65535.0 / 32768.0, 0.0, 65535.0));
 }
 
 // Converts one effect channel value between depths, named by their channel types.
@@ -48,8 +54,10 @@ To ConvertChannel(From v) {
   if constexpr (std::is_same_v<To, From>) {
     return v;
   } else if constexpr (std::is_same_v<From, float>) {
-    if constexpr (std::is_same_v<To, uint8_t>) return FloatToEight(v);
-    else return FloatToSixteen(v);
+    if constexpr (std::is_same_v<To, uint8_t>)
+      return FloatToEight(v);
+    else
+      return FloatToSixteen(v);
   } else if constexpr (std::is_same_v<From, uint8_t>) {
     return ConvertChannel<To>(EightToFloat(v));
   } else {

@@ -15,7 +15,9 @@ bool IsAlnum(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
 }
 
-char Lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
+char Lower(char c) {
+  return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 // Shortest text that reads back as `v`; ranges come from single-precision
 // declarations, so they are printed as floats ("0.01", not "0.0099999998").
@@ -44,8 +46,10 @@ std::optional<int32_t> ParseFrame(std::string_view text) {
 }
 
 std::string Trim(std::string_view text) {
-  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+  while (!text.empty() && text.front() == ' ')
+    text.remove_prefix(1);
+  while (!text.empty() && text.back() == ' ')
+    text.remove_suffix(1);
   return std::string(text);
 }
 
@@ -85,7 +89,8 @@ double ParseValue(const ControlSpec& control, std::string_view raw) {
       throw UsageError(Prefix(control) + " is on or off, not '" + text + "'");
     case ControlType::Angle: {
       const auto degrees = ParseNumber(text);
-      if (!degrees) throw UsageError(Prefix(control) + " needs an angle in degrees, not '" + text + "'");
+      if (!degrees)
+        throw UsageError(Prefix(control) + " needs an angle in degrees, not '" + text + "'");
       const auto fixed = DegreesToFixed(*degrees);
       if (!fixed) {
         throw UsageError(Prefix(control) + " must be from -32768 to 32767.99998 degrees, got " +
@@ -99,8 +104,7 @@ double ParseValue(const ControlSpec& control, std::string_view raw) {
       const auto value = ParseNumber(number);
       if (!value) throw UsageError(Prefix(control) + " needs a number, not '" + text + "'");
       if (*value < control.validMin || *value > control.validMax) {
-        throw UsageError(Prefix(control) + " must be from " + RangeText(control) + ", got " +
-                         text);
+        throw UsageError(Prefix(control) + " must be from " + RangeText(control) + ", got " + text);
       }
       return *value;
     }
@@ -153,12 +157,10 @@ ControlSetting ParseControlSetting(const ControlSpec& control, std::string_view 
     const std::size_t comma = text.find(',');
     const std::string_view key = text.substr(0, comma);
     const std::size_t colon = key.find(':');
-    const auto frame = colon == std::string_view::npos
-                           ? std::nullopt
-                           : ParseFrame(Trim(key.substr(0, colon)));
+    const auto frame =
+        colon == std::string_view::npos ? std::nullopt : ParseFrame(Trim(key.substr(0, colon)));
     if (!frame) {
-      throw UsageError(Prefix(control) + " keyframe '" + std::string(key) +
-                       "' is not FRAME:VALUE");
+      throw UsageError(Prefix(control) + " keyframe '" + std::string(key) + "' is not FRAME:VALUE");
     }
     if (!setting.keys.empty() && *frame <= setting.keys.back().frame) {
       throw UsageError(Prefix(control) + " keyframe frames must increase, " +
@@ -179,11 +181,15 @@ std::string FormatDefault(const ControlSpec& control) {
       return index >= 1 && index <= control.items.size() ? KebabCase(control.items[index - 1])
                                                          : "?";
     }
-    case ControlType::Checkbox: return control.defaultValue != 0.0 ? "on" : "off";
-    case ControlType::Slider: return FormatNumber(control.defaultValue, true);
-    case ControlType::Angle: return FormatNumber(control.defaultValue, false);
+    case ControlType::Checkbox:
+      return control.defaultValue != 0.0 ? "on" : "off";
+    case ControlType::Slider:
+      return FormatNumber(control.defaultValue, true);
+    case ControlType::Angle:
+      return FormatNumber(control.defaultValue, false);
     case ControlType::Layer:
-    case ControlType::Custom: break;
+    case ControlType::Custom:
+      break;
   }
   return "";
 }
@@ -192,12 +198,18 @@ std::string DescribeControl(const ControlSpec& control) {
   const std::string name = "\"" + control.name + "\": ";
   const std::string dflt = " (default " + FormatDefault(control) + ")";
   switch (control.type) {
-    case ControlType::Popup: return name + JoinItems(control, "|") + dflt;
-    case ControlType::Checkbox: return name + "on|off" + dflt;
-    case ControlType::Slider: return name + RangeText(control) + dflt;
-    case ControlType::Angle: return name + "angle in degrees" + dflt;
-    case ControlType::Layer: return name + "image file, any size (default none)";
-    case ControlType::Custom: break;
+    case ControlType::Popup:
+      return name + JoinItems(control, "|") + dflt;
+    case ControlType::Checkbox:
+      return name + "on|off" + dflt;
+    case ControlType::Slider:
+      return name + RangeText(control) + dflt;
+    case ControlType::Angle:
+      return name + "angle in degrees" + dflt;
+    case ControlType::Layer:
+      return name + "image file, any size (default none)";
+    case ControlType::Custom:
+      break;
   }
   return name;
 }

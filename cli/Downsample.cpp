@@ -22,7 +22,8 @@ Pixels<Channel> BoxFilter(const Pixels<Channel>& src, int factor) {
       for (int32_t sy = y0; sy < y1; ++sy) {
         const Channel* in = src.Row(sy);
         for (int32_t sx = x0; sx < x1; ++sx) {
-          for (int c = 0; c < 4; ++c) sum[c] += static_cast<double>(in[4 * sx + c]);
+          for (int c = 0; c < 4; ++c)
+            sum[c] += static_cast<double>(in[4 * sx + c]);
         }
       }
       const double count = static_cast<double>((y1 - y0) * (x1 - x0));

@@ -18,7 +18,8 @@ struct Placeholder {
 std::optional<Placeholder> PlaceholderAt(const std::string& text, std::size_t i) {
   if (text[i] == '#') {
     std::size_t end = i;
-    while (end < text.size() && text[end] == '#') ++end;
+    while (end < text.size() && text[end] == '#')
+      ++end;
     return Placeholder{i, end - i, int(end - i)};
   }
   if (text[i] != '%') return std::nullopt;
@@ -27,7 +28,8 @@ std::optional<Placeholder> PlaceholderAt(const std::string& text, std::size_t i)
   if (j < text.size() && text[j] == '0') {
     ++j;
     const std::size_t digits = j;
-    while (j < text.size() && text[j] >= '0' && text[j] <= '9') width = width * 10 + (text[j++] - '0');
+    while (j < text.size() && text[j] >= '0' && text[j] <= '9')
+      width = width * 10 + (text[j++] - '0');
     if (j == digits) return std::nullopt;
   }
   if (j < text.size() && text[j] == 'd') return Placeholder{i, j + 1 - i, width};

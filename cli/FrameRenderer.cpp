@@ -101,8 +101,9 @@ FrameRange PlanFrames(const RenderOptions& options, HostProfile profile) {
                      "%04d) to hold " + std::to_string(range.count()) + " frames");
   }
   if (options.region && profile == HostProfile::Premiere) {
-    throw UsageError("--region needs a host that renders in two phases (ae, ae-13.23, ae-13.8); "
-                     "premiere renders whole frames");
+    throw UsageError(
+        "--region needs a host that renders in two phases (ae, ae-13.23, ae-13.8); "
+        "premiere renders whole frames");
   }
   return range;
 }
@@ -134,7 +135,8 @@ void RenderFrames(const RenderBackend& backend, const RenderOptions& options, Pr
     work();
   } else {
     std::vector<std::jthread> pool;
-    for (int i = 0; i < threads; ++i) pool.emplace_back(work);
+    for (int i = 0; i < threads; ++i)
+      pool.emplace_back(work);
   }
   progress.Finish();
   if (firstError) std::rethrow_exception(firstError);

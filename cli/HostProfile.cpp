@@ -12,10 +12,14 @@ std::optional<HostProfile> ParseHostProfile(std::string_view text) {
 
 std::string_view HostProfileName(HostProfile profile) {
   switch (profile) {
-    case HostProfile::Ae: return "ae";
-    case HostProfile::Ae1323: return "ae-13.23";
-    case HostProfile::Ae138: return "ae-13.8";
-    case HostProfile::Premiere: return "premiere";
+    case HostProfile::Ae:
+      return "ae";
+    case HostProfile::Ae1323:
+      return "ae-13.23";
+    case HostProfile::Ae138:
+      return "ae-13.8";
+    case HostProfile::Premiere:
+      return "premiere";
   }
   return "?";
 }

@@ -17,13 +17,18 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string Quoted(const fs::path& path) { return "'" + path.string() + "'"; }
+std::string Quoted(const fs::path& path) {
+  return "'" + path.string() + "'";
+}
 
 template <typename Channel>
 constexpr Channel FileWhite() {
-  if constexpr (std::is_same_v<Channel, uint8_t>) return 255;
-  else if constexpr (std::is_same_v<Channel, uint16_t>) return 65535;
-  else return 1.0f;
+  if constexpr (std::is_same_v<Channel, uint8_t>)
+    return 255;
+  else if constexpr (std::is_same_v<Channel, uint16_t>)
+    return 65535;
+  else
+    return 1.0f;
 }
 
 template <typename Channel>
@@ -58,9 +63,12 @@ fs::path TemporaryPathFor(const fs::path& path) {
 
 OIIO::TypeDesc TypeOf(Depth depth) {
   switch (depth) {
-    case Depth::Depth8: return OIIO::TypeDesc::UINT8;
-    case Depth::Depth16: return OIIO::TypeDesc::UINT16;
-    case Depth::Depth32f: break;
+    case Depth::Depth8:
+      return OIIO::TypeDesc::UINT8;
+    case Depth::Depth16:
+      return OIIO::TypeDesc::UINT16;
+    case Depth::Depth32f:
+      break;
   }
   return OIIO::TypeDesc::FLOAT;
 }
@@ -129,9 +137,13 @@ FileImage ReadImageFile(const fs::path& path) {
   return ReadChannels<float>(*in, OIIO::TypeDesc::FLOAT, path);
 }
 
-Depth NaturalDepth(const FileImage& file) { return static_cast<Depth>(file.pixels.index()); }
+Depth NaturalDepth(const FileImage& file) {
+  return static_cast<Depth>(file.pixels.index());
+}
 
-void CheckWritableFormat(const fs::path& path) { CreateWriter(path); }
+void CheckWritableFormat(const fs::path& path) {
+  CreateWriter(path);
+}
 
 Depth WriteImageFile(const fs::path& path, const ArgbImage& image, Depth fileDepth) {
   auto out = CreateWriter(path);

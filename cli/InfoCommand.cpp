@@ -19,18 +19,25 @@ std::string Hex(uint32_t value) {
 
 std::string FlagText(uint32_t value, const std::vector<std::string>& names) {
   std::string text = Hex(value);
-  for (std::size_t i = 0; i < names.size(); ++i) text += (i == 0 ? "  " : " | ") + names[i];
+  for (std::size_t i = 0; i < names.size(); ++i)
+    text += (i == 0 ? "  " : " | ") + names[i];
   return text;
 }
 
 std::string_view TypeName(ControlType type) {
   switch (type) {
-    case ControlType::Popup: return "popup";
-    case ControlType::Slider: return "slider";
-    case ControlType::Angle: return "angle";
-    case ControlType::Checkbox: return "checkbox";
-    case ControlType::Layer: return "layer";
-    case ControlType::Custom: return "custom";
+    case ControlType::Popup:
+      return "popup";
+    case ControlType::Slider:
+      return "slider";
+    case ControlType::Angle:
+      return "angle";
+    case ControlType::Checkbox:
+      return "checkbox";
+    case ControlType::Layer:
+      return "layer";
+    case ControlType::Custom:
+      return "custom";
   }
   return "?";
 }

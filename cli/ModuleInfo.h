@@ -18,9 +18,9 @@ struct ControlSpec {
   ControlType type = ControlType::Custom;
   double validMin = 0.0;  // sliders
   double validMax = 0.0;
-  double defaultValue = 0.0;  // popup: 1-based item; angle: degrees; checkbox: 0 or 1
-  int precision = 0;          // sliders: decimal places shown
-  bool percent = false;       // sliders shown with a percent sign
+  double defaultValue = 0.0;       // popup: 1-based item; angle: degrees; checkbox: 0 or 1
+  int precision = 0;               // sliders: decimal places shown
+  bool percent = false;            // sliders shown with a percent sign
   std::vector<std::string> items;  // popup items as shown
 };
 

@@ -6,14 +6,16 @@
 namespace morvane::cli {
 
 void ModuleOptions::AddTo(CLI::App& command) {
-  command.add_option("--module", module,
-                     "The effect module to load (default: $MORVANE_MODULE, else Morvane.so next "
-                     "to this program, else the module built with it)")
+  command
+      .add_option("--module", module,
+                  "The effect module to load (default: $MORVANE_MODULE, else Morvane.so next "
+                  "to this program, else the module built with it)")
       ->option_text("PATH")
       ->group("Host");
-  command.add_option("--host", host,
-                     "The simulated host: ae (After Effects, interface 13.27, smart render), "
-                     "ae-13.23, ae-13.8 (older After Effects) or premiere (single-call render)")
+  command
+      .add_option("--host", host,
+                  "The simulated host: ae (After Effects, interface 13.27, smart render), "
+                  "ae-13.23, ae-13.8 (older After Effects) or premiere (single-call render)")
       ->check(CLI::IsMember({"ae", "ae-13.23", "ae-13.8", "premiere"}))
       ->capture_default_str()
       ->group("Host");

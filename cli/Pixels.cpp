@@ -6,9 +6,12 @@ namespace morvane::cli {
 
 std::string_view DepthName(Depth depth) {
   switch (depth) {
-    case Depth::Depth8: return "8";
-    case Depth::Depth16: return "16";
-    case Depth::Depth32f: return "32f";
+    case Depth::Depth8:
+      return "8";
+    case Depth::Depth16:
+      return "16";
+    case Depth::Depth32f:
+      return "32f";
   }
   return "?";
 }
@@ -30,9 +33,12 @@ namespace {
 
 AnyPixels MakePixels(Depth depth, int32_t w, int32_t h) {
   switch (depth) {
-    case Depth::Depth8: return Pixels<uint8_t>(w, h);
-    case Depth::Depth16: return Pixels<uint16_t>(w, h);
-    case Depth::Depth32f: break;
+    case Depth::Depth8:
+      return Pixels<uint8_t>(w, h);
+    case Depth::Depth16:
+      return Pixels<uint16_t>(w, h);
+    case Depth::Depth32f:
+      break;
   }
   return Pixels<float>(w, h);
 }
@@ -41,14 +47,18 @@ AnyPixels MakePixels(Depth depth, int32_t w, int32_t h) {
 // and float values are already in effect units.
 template <typename Channel>
 Channel FileValueToEffect(Channel v) {
-  if constexpr (std::is_same_v<Channel, uint16_t>) return FileSixteenToInternal(v);
-  else return v;
+  if constexpr (std::is_same_v<Channel, uint16_t>)
+    return FileSixteenToInternal(v);
+  else
+    return v;
 }
 
 template <typename Channel>
 Channel EffectValueToFile(Channel v) {
-  if constexpr (std::is_same_v<Channel, uint16_t>) return InternalSixteenToFile(v);
-  else return v;
+  if constexpr (std::is_same_v<Channel, uint16_t>)
+    return InternalSixteenToFile(v);
+  else
+    return v;
 }
 
 // Channel positions: file RGBA index i holds effect channel kFileToArgb[i].

@@ -36,9 +36,12 @@ enum class Depth { Depth8 = 0, Depth16 = 1, Depth32f = 2 };
 
 template <typename Channel>
 constexpr Depth DepthOf() {
-  if constexpr (std::is_same_v<Channel, uint8_t>) return Depth::Depth8;
-  else if constexpr (std::is_same_v<Channel, uint16_t>) return Depth::Depth16;
-  else return Depth::Depth32f;
+  if constexpr (std::is_same_v<Channel, uint8_t>)
+    return Depth::Depth8;
+  else if constexpr (std::is_same_v<Channel, uint16_t>)
+    return Depth::Depth16;
+  else
+    return Depth::Depth32f;
 }
 
 std::string_view DepthName(Depth depth);  // "8", "16", "32f"

@@ -39,6 +39,8 @@ void Progress::Finish() {
   barDrawn_ = false;
 }
 
-bool IsTerminal(int fd) { return ::isatty(fd) == 1; }
+bool IsTerminal(int fd) {
+  return ::isatty(fd) == 1;
+}
 
 }  // namespace morvane::cli

@@ -100,7 +100,8 @@ void RenderCommand::AddControlOptions() {
   if (!backend_) {
     command_->footer(std::string(kFooter) +
                      "\n\nThe control options are read from the effect module, which could not "
-                     "be loaded: " + loadError_);
+                     "be loaded: " +
+                     loadError_);
     return;
   }
   for (const ControlSpec& control : backend_->Info().controls) {

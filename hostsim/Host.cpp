@@ -222,6 +222,7 @@ CommandResult Host::ParamsSetup() {
 }
 
 EffectInstance& Host::NewInstance() {
+  const std::lock_guard lock(mutex_);
   instances_.push_back(EffectInstance(static_cast<int>(instances_.size()) + 1));
   return instances_.back();
 }

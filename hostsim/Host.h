@@ -210,9 +210,9 @@ class Host {
   std::unique_ptr<Module> module_;
   Registration registration_;
   GlobalSetupRecord global_;
-  std::deque<EffectInstance> instances_;
 
-  mutable std::mutex mutex_;  // guards everything below
+  mutable std::mutex mutex_;              // guards everything below
+  std::deque<EffectInstance> instances_;  // stable addresses: each is an effect_ref
   PixelFormatLog pixelFormats_;
   ParamList params_;
   DrawingLog drawing_;

@@ -37,10 +37,11 @@ struct HostServices {
     Host& host = Active();
     const auto* raw = reinterpret_cast<const char*>(ref);
     if (raw == &host.globalRef_) return;
+    const std::lock_guard lock(host.mutex_);
     for (const EffectInstance& instance : host.instances_) {
       if (raw == reinterpret_cast<const char*>(&instance)) return;
     }
-    host.NoteProblem(std::string(function) + " called with an unknown effect_ref");
+    host.problems_.push_back(std::string(function) + " called with an unknown effect_ref");
   }
 
   // --- Basic suite ---------------------------------------------------------------

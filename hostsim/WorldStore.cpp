@@ -57,9 +57,9 @@ void WorldStore::Allocate(PF_EffectWorld* world, int32_t width, int32_t height, 
   world->extent_hint = {0, 0, width, height};
   world->pix_aspect_ratio = {1, 1};
 
+  const void* key = bytes.get();
   const std::lock_guard lock(mutex_);
-  pixels_[bytes.get()] =
-      Pixels{std::move(bytes), nullptr, AeFormatOf(depth), PremiereFormatOf(depth)};
+  pixels_[key] = Pixels{std::move(bytes), nullptr, AeFormatOf(depth), PremiereFormatOf(depth)};
 }
 
 PF_EffectWorld* WorldStore::Create(int32_t width, int32_t height, PixelDepth depth,

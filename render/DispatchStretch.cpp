@@ -54,7 +54,8 @@ void CopyImage(const ImageView<Depth>& from, const ImageView<Depth>& to, bool al
     const auto* in = from.Row(row);
     auto* out = to.Row(row);
     if (alphaOnly) {
-      for (int32_t x = 0; x < columns; ++x) out[4 * x] = in[4 * x];
+      for (int32_t x = 0; x < columns; ++x)
+        out[4 * x] = in[4 * x];
     } else if (in != out) {
       std::memcpy(out, in, std::size_t(columns) * 4 * sizeof(*in));
     }
@@ -103,10 +104,9 @@ void DispatchStretch(const PF_EffectWorld& input, PF_EffectWorld& output,
 
   // The kernel takes the record by value: every call gets a fresh copy of this frame's values.
   const auto run = [&](ChannelVariant variant) {
-    SelectStretchKernel<Depth>(origin, variant)(out.data, out.stride, in.data, in.stride,
-                                                out.width, out.height, record, scale, layerPixels,
-                                                layerWidth, layerHeight, layerStride, originX,
-                                                originY);
+    SelectStretchKernel<Depth>(origin, variant)(out.data, out.stride, in.data, in.stride, out.width,
+                                                out.height, record, scale, layerPixels, layerWidth,
+                                                layerHeight, layerStride, originX, originY);
   };
 
   using V = ChannelVariant;

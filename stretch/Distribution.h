@@ -35,6 +35,8 @@ inline double ApplyDistribution(int32_t mode, double length, int64_t step, int64
 
 // A stretch length that is not above 0, or NaN, counts as 1: every line then ends after a
 // bounded number of steps whatever the record holds.
-inline double GuardStretchLength(double length) { return length > 0.0 ? length : 1.0; }
+inline double GuardStretchLength(double length) {
+  return length > 0.0 ? length : 1.0;
+}
 
 }  // namespace morvane

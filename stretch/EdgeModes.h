@@ -181,7 +181,8 @@ class LayerPositionWalker {
       state_ = std::min(state_ + step_, fixedPeriod_);
     } else {
       state_ += step_;
-      while (state_ >= fixedPeriod_) state_ -= fixedPeriod_;
+      while (state_ >= fixedPeriod_)
+        state_ -= fixedPeriod_;
     }
   }
 

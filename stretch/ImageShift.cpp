@@ -20,7 +20,8 @@ ImageShift ComputeImageShift(int32_t imageShiftPhase, double intensityFraction, 
     if (s.shiftPixels < 0) s.mirrorTurn = std::abs(s.mirrorTurn) ^ 1;
   }
   s.colourStart = int64_t{s.imageShiftOffset} + int64_t{s.mirrorTurn} * length;
-  s.layerStart = (int64_t{s.layerShiftOffset} + int64_t{s.mirrorTurn} * intensityLength) * kLayerOne;
+  s.layerStart =
+      (int64_t{s.layerShiftOffset} + int64_t{s.mirrorTurn} * intensityLength) * kLayerOne;
   return s;
 }
 

@@ -40,7 +40,8 @@ class LineResampler {
     const double filled = std::floor((linePosition_ - whole) * 10000000.0) / 10000000.0;
 
     if (length + filled < 1.0) {
-      for (int k = 0; k < kChannels; ++k) carry_[k] += (current[k] * length) * currentMul[k];
+      for (int k = 0; k < kChannels; ++k)
+        carry_[k] += (current[k] * length) * currentMul[k];
       linePosition_ += length;
       return false;
     }
@@ -72,12 +73,14 @@ class LineResampler {
       if (length > consumed) {
         Interpolate(delta, from, consumed, length, out);
         const double piece = length - consumed;
-        for (int k = 0; k < kChannels; ++k) carry_[k] = out[k] * piece;
+        for (int k = 0; k < kChannels; ++k)
+          carry_[k] = out[k] * piece;
         linePosition_ += piece;
       }
     } else if (rest > 0.0) {
       Interpolate(delta, from, consumed, length, out);
-      for (int k = 0; k < kChannels; ++k) out[k] *= rest;
+      for (int k = 0; k < kChannels; ++k)
+        out[k] *= rest;
       if (rest >= 0.99999) {
         if (sink.Emit(out)) return true;
         linePosition_ += 1.0;
@@ -96,7 +99,8 @@ class LineResampler {
   // V(u) = ((Nm - Cm) * u) / S + Cm.
   static void Interpolate(const Values& delta, const Values& from, double consumed, double length,
                           Values& out) {
-    for (int k = 0; k < kChannels; ++k) out[k] = (delta[k] * consumed) / length + from[k];
+    for (int k = 0; k < kChannels; ++k)
+      out[k] = (delta[k] * consumed) / length + from[k];
   }
 
   double linePosition_ = 0.0;

@@ -33,14 +33,13 @@ double PatternValue(ShadingMode mode, int32_t i, int32_t size) {
 
 int32_t ShadingTableSize(int32_t intervalSize, float scale) {
   const int32_t interval = intervalSize == 0 ? 8 : intervalSize;
-  const int32_t size =
-      TruncTo<int32_t>(static_cast<double>(interval) * static_cast<double>(scale));
+  const int32_t size = TruncTo<int32_t>(static_cast<double>(interval) * static_cast<double>(scale));
   return std::clamp(size, 2, kMaxShadingTableSize);
 }
 
 int32_t ShadingTablePhase(int32_t intervalPhase, int32_t size) {
-  const float steps = static_cast<float>(intervalPhase) / static_cast<float>(kFullTurn) *
-                      static_cast<float>(size);
+  const float steps =
+      static_cast<float>(intervalPhase) / static_cast<float>(kFullTurn) * static_cast<float>(size);
   return static_cast<int32_t>(ReduceIntoPeriod(TruncTo<int32_t>(steps), size));
 }
 
@@ -53,7 +52,8 @@ ShadingTable BuildShadingTable(ShadingMode mode, int32_t intervalSize, int32_t i
   const double base = (opacity - 1.0) * intensityFraction + 1.0;
   const double weight = 1.0 - base;
   for (int32_t i = 0; i < table.size; ++i) {
-    table.entries[(i + table.phase) % table.size] = weight * PatternValue(mode, i, table.size) + base;
+    table.entries[(i + table.phase) % table.size] =
+        weight * PatternValue(mode, i, table.size) + base;
   }
   return table;
 }

@@ -16,8 +16,8 @@ LayerGeometry ComputeLayerGeometry(Direction direction, int32_t width, int32_t h
   const int64_t h = height;
   const int64_t lw = layerWidth;
   const int64_t lh = layerHeight;
-  const bool inside = originX >= 0 && originY >= 0 && lw >= w && lh >= h && w + originX <= lw &&
-                      h + originY <= lh;
+  const bool inside =
+      originX >= 0 && originY >= 0 && lw >= w && lh >= h && w + originX <= lw && h + originY <= lh;
   LayerGeometry g;
   int64_t stepX;
   int64_t stepY;
@@ -54,8 +54,8 @@ void PrepareStretchCall(StretchCall& call, StretchRenderRecord& record, int32_t 
 
   call.edgeMode = EdgeModeFromRecord(record.edgeMode);
 
-  call.shift = ComputeImageShift(record.imageShiftPhase, call.intensity, call.edgeMode,
-                                 call.length, call.intensityLength);
+  call.shift = ComputeImageShift(record.imageShiftPhase, call.intensity, call.edgeMode, call.length,
+                                 call.intensityLength);
   record.imageShiftPhase = call.shift.scaledPhase;
   const bool sync = record.imageShiftPhaseSync != 0;
   call.intensityStart =
@@ -66,9 +66,9 @@ void PrepareStretchCall(StretchCall& call, StretchRenderRecord& record, int32_t 
   call.distributionMode = record.distributionMode;
   call.distributionPixels = DistributionPixels(record.distributionRange, call.length);
 
-  call.shading = BuildShadingTable(ShadingModeFromRecord(record.shadingMode),
-                                   record.shadingIntervalSize, record.shadingIntervalPhase,
-                                   record.shadingOpacity, call.intensity, scale);
+  call.shading =
+      BuildShadingTable(ShadingModeFromRecord(record.shadingMode), record.shadingIntervalSize,
+                        record.shadingIntervalPhase, record.shadingOpacity, call.intensity, scale);
   call.shadingChannel = ShadingChannelFromRecord(record.shadingChannels);
 
   call.featherLength = FeatherLength(record.transparencyFeather, call.length);

@@ -12,14 +12,14 @@ enum class CurveShape : int32_t {
   LinearRampDown = 1,
   TriangleWave = 2,
   SineWave = 3,
-  ExpUp = 4,  // x^4
+  ExpUp = 4,    // x^4
   ExpDown = 5,  // 1 - x^4
 };
 
 // Evaluation options, an unsigned 8-bit set of bits.
 enum class CurveFlags : uint8_t {
   None = 0,
-  NoRounding = 1,  // return the value unrounded instead of rounded to 7 decimals
+  NoRounding = 1,     // return the value unrounded instead of rounded to 7 decimals
   SineInclusive = 2,  // single precision only: the sine runs over i / (n - 1) instead of i / n
 };
 

@@ -85,8 +85,8 @@ class LayerIntensitySource {
  public:
   static constexpr EdgeMode kMode = Mode == EdgeMode::Transparent ? EdgeMode::Wrap : Mode;
 
-  LayerIntensitySource(const StretchCall& call, const KernelImages<Channel>& images,
-                       const Channel*, std::ptrdiff_t, int32_t line)
+  LayerIntensitySource(const StretchCall& call, const KernelImages<Channel>& images, const Channel*,
+                       std::ptrdiff_t, int32_t line)
       : walker_(call.intensityLength, call.layer.alongStep, call.intensityStart) {
     const bool rows = call.direction == Direction::Right || call.direction == Direction::Left;
     const bool forward = call.direction == Direction::Right || call.direction == Direction::Down;
@@ -212,9 +212,9 @@ void RunStretchKernel(ChannelType<Depth>* dst, int32_t dstStride, const ChannelT
   StretchCall call;
   PrepareStretchCall(call, record, width, height, scale, kFromLayer, layerWidth, layerHeight,
                      originX, originY);
-  const KernelImages<ChannelType<Depth>> images{dst,         dstStride,  src,        srcStride,
-                                                width,       height,     layerPixels, layerStride,
-                                                layerWidth,  layerHeight};
+  const KernelImages<ChannelType<Depth>> images{dst,        dstStride,  src,         srcStride,
+                                                width,      height,     layerPixels, layerStride,
+                                                layerWidth, layerHeight};
   switch (call.edgeMode) {
     case EdgeMode::Mirror:
       StretchLines<Depth, Origin, Variant, EdgeMode::Mirror>(call, images);
@@ -271,21 +271,21 @@ StretchKernelFn<Depth> SelectStretchKernel(IntensityOrigin origin, ChannelVarian
 }
 
 // Instantiates the twelve kernels of one depth and their selector.
-#define MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, VARIANT)                              \
-  template void StretchKernel<DEPTH, ORIGIN, VARIANT>(                                          \
-      ChannelType<DEPTH>*, int32_t, const ChannelType<DEPTH>*, int32_t, int32_t, int32_t,       \
+#define MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, VARIANT)                               \
+  template void StretchKernel<DEPTH, ORIGIN, VARIANT>(                                           \
+      ChannelType<DEPTH>*, int32_t, const ChannelType<DEPTH>*, int32_t, int32_t, int32_t,        \
       StretchRenderRecord, float, const ChannelType<DEPTH>*, int32_t, int32_t, int32_t, int32_t, \
       int32_t);
-#define MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, ORIGIN)                         \
-  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Luma)         \
-  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Red)          \
-  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Green)        \
-  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Blue)         \
-  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Alpha)        \
+#define MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, ORIGIN)                  \
+  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Luma)  \
+  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Red)   \
+  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Green) \
+  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Blue)  \
+  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Alpha) \
   MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::LumaNoAlpha)
-#define MORVANE_INSTANTIATE_STRETCH_KERNELS(DEPTH)                                 \
-  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::SelfIntensity)        \
-  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::LayerIntensity)       \
+#define MORVANE_INSTANTIATE_STRETCH_KERNELS(DEPTH)                           \
+  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::SelfIntensity)  \
+  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::LayerIntensity) \
   template StretchKernelFn<DEPTH> SelectStretchKernel<DEPTH>(IntensityOrigin, ChannelVariant);
 
 }  // namespace morvane

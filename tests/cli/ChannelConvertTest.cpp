@@ -44,9 +44,9 @@ TEST_P(FloatToInteger, RoundsHalfAwayFromZeroAndClamps) {
 INSTANTIATE_TEST_SUITE_P(
     Cases, FloatToInteger,
     testing::Values(FloatCase{0.0f, 0, 0}, FloatCase{1.0f, 255, 32768},
-                    FloatCase{0.5f, 128, 16384},  // 127.5 -> 128
-                    FloatCase{1.0f / 65536.0f, 0, 1},       // 0.5 -> 1, not 0
-                    FloatCase{5.0f / 65536.0f, 0, 3},       // 2.5 -> 3, not 2
+                    FloatCase{0.5f, 128, 16384},                 // 127.5 -> 128
+                    FloatCase{1.0f / 65536.0f, 0, 1},            // 0.5 -> 1, not 0
+                    FloatCase{5.0f / 65536.0f, 0, 3},            // 2.5 -> 3, not 2
                     FloatCase{65535.0f / 65536.0f, 255, 32768},  // 32767.5 -> 32768
                     FloatCase{-0.25f, 0, 0}, FloatCase{2.0f, 255, 32768},
                     FloatCase{std::numeric_limits<float>::quiet_NaN(), 0, 0},

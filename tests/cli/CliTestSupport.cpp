@@ -20,7 +20,8 @@ namespace {
 
 std::string ShellQuoted(const std::string& text) {
   std::string quoted = "'";
-  for (const char c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  for (const char c : text)
+    quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
   return quoted + "'";
 }
 
@@ -50,11 +51,13 @@ CommandResult RunMorvaneProgram(const std::vector<std::string>& args) {
   const fs::path base = fs::temp_directory_path() / ("morvane-run-" + std::to_string(::getpid()) +
                                                      "-" + std::to_string(counter++));
   std::string command = ShellQuoted(MORVANE_CLI_EXE);
-  for (const std::string& arg : args) command += " " + ShellQuoted(arg);
+  for (const std::string& arg : args)
+    command += " " + ShellQuoted(arg);
   if (std::find(args.begin(), args.end(), "--module") == args.end()) {
     command += " --module " + ShellQuoted(MORVANE_TEST_MODULE);
   }
-  command += " >" + ShellQuoted(base.string() + ".out") + " 2>" + ShellQuoted(base.string() + ".err");
+  command +=
+      " >" + ShellQuoted(base.string() + ".out") + " 2>" + ShellQuoted(base.string() + ".err");
   command += " </dev/null";
   const int status = std::system(command.c_str());
   CommandResult result;
@@ -81,13 +84,18 @@ TempDir::~TempDir() {
 
 std::vector<std::string> TempDir::Files() const {
   std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(path_)) names.push_back(entry.path().filename());
+  for (const auto& entry : fs::directory_iterator(path_))
+    names.push_back(entry.path().filename());
   std::sort(names.begin(), names.end());
   return names;
 }
 
-fs::path SampleImage() { return MORVANE_SAMPLE_IMAGE; }
-fs::path ModulePath() { return MORVANE_TEST_MODULE; }
+fs::path SampleImage() {
+  return MORVANE_SAMPLE_IMAGE;
+}
+fs::path ModulePath() {
+  return MORVANE_TEST_MODULE;
+}
 
 ArgbImage Crop(const ArgbImage& image, const Rect& rect) {
   return std::visit(

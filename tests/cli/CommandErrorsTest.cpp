@@ -20,7 +20,8 @@ struct ErrorCase {
 
 std::string Substitute(std::string arg, const TempDir& dir) {
   const auto replace = [&](const std::string& key, const std::string& value) {
-    for (std::size_t at; (at = arg.find(key)) != std::string::npos;) arg.replace(at, key.size(), value);
+    for (std::size_t at; (at = arg.find(key)) != std::string::npos;)
+      arg.replace(at, key.size(), value);
   };
   replace("{in}", SampleImage().string());
   replace("{dir}", dir.path().string());
@@ -35,7 +36,8 @@ TEST_P(CommandErrors, ExitWithTheCodeAMessageAndNoOutput) {
   std::ofstream(dir / "junk.xyz") << "nor is this";
   const std::vector<std::string> before = dir.Files();
   std::vector<std::string> args;
-  for (const std::string& arg : GetParam().args) args.push_back(Substitute(arg, dir));
+  for (const std::string& arg : GetParam().args)
+    args.push_back(Substitute(arg, dir));
   const CommandResult result = RunMorvaneProgram(args);
   EXPECT_EQ(result.exitCode, GetParam().exitCode) << result.err;
   for (const std::string& part : GetParam().messageParts) {
@@ -48,58 +50,85 @@ TEST_P(CommandErrors, ExitWithTheCodeAMessageAndNoOutput) {
 INSTANTIATE_TEST_SUITE_P(
     Cases, CommandErrors,
     testing::Values(
-        ErrorCase{"MissingInput", {"render", "{dir}/none.png", "{dir}/out.png"}, 1,
+        ErrorCase{"MissingInput",
+                  {"render", "{dir}/none.png", "{dir}/out.png"},
+                  1,
                   {"'{dir}/none.png'", "no such file"}},
-        ErrorCase{"UnreadableInput", {"render", "{dir}/junk.png", "{dir}/out.png"}, 1,
+        ErrorCase{"UnreadableInput",
+                  {"render", "{dir}/junk.png", "{dir}/out.png"},
+                  1,
                   {"'{dir}/junk.png'"}},
-        ErrorCase{"UnsupportedInputFormat", {"render", "{dir}/junk.xyz", "{dir}/out.png"}, 1,
+        ErrorCase{"UnsupportedInputFormat",
+                  {"render", "{dir}/junk.xyz", "{dir}/out.png"},
+                  1,
                   {"'{dir}/junk.xyz'"}},
-        ErrorCase{"UnsupportedOutputFormat", {"render", "{in}", "{dir}/out.xyz"}, 1,
+        ErrorCase{"UnsupportedOutputFormat",
+                  {"render", "{in}", "{dir}/out.xyz"},
+                  1,
                   {"'{dir}/out.xyz'", "no writer"}},
         ErrorCase{"MissingIntensitySource",
                   {"render", "{in}", "{dir}/out.png", "--intensity-source", "{dir}/none.png"},
                   1,
                   {"'{dir}/none.png'", "no such file"}},
-        ErrorCase{"FailedWrite", {"render", "{in}", "{dir}/missing/out.png"}, 1,
+        ErrorCase{"FailedWrite",
+                  {"render", "{in}", "{dir}/missing/out.png"},
+                  1,
                   {"'{dir}/missing/out.png'", "cannot write"}},
-        ErrorCase{"SliderOutOfRange", {"render", "{in}", "{dir}/out.png", "--pixel-size", "0"}, 2,
+        ErrorCase{"SliderOutOfRange",
+                  {"render", "{in}", "{dir}/out.png", "--pixel-size", "0"},
+                  2,
                   {"--pixel-size", "\"Pixel Size\"", "0.01 to 16"}},
-        ErrorCase{"UnknownItem", {"render", "{in}", "{dir}/out.png", "--edge-mode", "clamp"}, 2,
+        ErrorCase{"UnknownItem",
+                  {"render", "{in}", "{dir}/out.png", "--edge-mode", "clamp"},
+                  2,
                   {"\"Edge Mode\"", "wrap, mirror, repeat-last, transparent"}},
         ErrorCase{"BadKeyframes",
-                  {"render", "{in}", "{dir}/out.png", "--morvane", "5:1,2:3"}, 2,
+                  {"render", "{in}", "{dir}/out.png", "--morvane", "5:1,2:3"},
+                  2,
                   {"\"Morvane\"", "must increase"}},
         ErrorCase{"DownsampleTooLarge",
-                  {"render", "{in}", "{dir}/out.png", "--downsample", "9"}, 2, {"--downsample"}},
+                  {"render", "{in}", "{dir}/out.png", "--downsample", "9"},
+                  2,
+                  {"--downsample"}},
         ErrorCase{"RegionOutside",
-                  {"render", "{in}", "{dir}/out.png", "--region", "600,0,100,10"}, 2,
+                  {"render", "{in}", "{dir}/out.png", "--region", "600,0,100,10"},
+                  2,
                   {"--region", "640x360"}},
-        ErrorCase{"RegionInPremiere",
-                  {"render", "{in}", "{dir}/out.png", "--region", "0,0,10,10", "--host",
-                   "premiere"},
-                  2, {"--region"}},
-        ErrorCase{"PatternWithoutFrames", {"render", "{dir}/in.#.png", "{dir}/out.#.png"}, 2,
+        ErrorCase{
+            "RegionInPremiere",
+            {"render", "{in}", "{dir}/out.png", "--region", "0,0,10,10", "--host", "premiere"},
+            2,
+            {"--region"}},
+        ErrorCase{"PatternWithoutFrames",
+                  {"render", "{dir}/in.#.png", "{dir}/out.#.png"},
+                  2,
                   {"--frames"}},
         ErrorCase{"RangeWithoutOutputPattern",
-                  {"render", "{in}", "{dir}/out.png", "--frames", "1-3"}, 2,
+                  {"render", "{in}", "{dir}/out.png", "--frames", "1-3"},
+                  2,
                   {"'{dir}/out.png'", "placeholder"}},
-        ErrorCase{"OverwritingTheInput", {"render", "{dir}/junk.png", "{dir}/junk.png"}, 2,
+        ErrorCase{"OverwritingTheInput",
+                  {"render", "{dir}/junk.png", "{dir}/junk.png"},
+                  2,
                   {"'{dir}/junk.png'", "--overwrite"}},
-        ErrorCase{"UnknownHost", {"render", "{in}", "{dir}/out.png", "--host", "nuke"}, 2,
-                  {"--host"}},
-        ErrorCase{"UnknownOption", {"render", "{in}", "{dir}/out.png", "--sharpen", "3"}, 2,
+        ErrorCase{
+            "UnknownHost", {"render", "{in}", "{dir}/out.png", "--host", "nuke"}, 2, {"--host"}},
+        ErrorCase{"UnknownOption",
+                  {"render", "{in}", "{dir}/out.png", "--sharpen", "3"},
+                  2,
                   {"--sharpen"}},
         ErrorCase{"MissingModule",
-                  {"render", "{in}", "{dir}/out.png", "--module", "{dir}/none.so"}, 1,
+                  {"render", "{in}", "{dir}/out.png", "--module", "{dir}/none.so"},
+                  1,
                   {"'{dir}/none.so'"}}),
     [](const testing::TestParamInfo<ErrorCase>& info) { return info.param.label; });
 
 TEST(Command, OverwriteAllowsReplacingTheInput) {
   TempDir dir;
   fs::copy_file(SampleImage(), dir / "in.png");
-  const CommandResult result = RunMorvaneProgram(
-      {"render", (dir / "in.png").string(), (dir / "in.png").string(), "--overwrite", "--morvane",
-       "8"});
+  const CommandResult result =
+      RunMorvaneProgram({"render", (dir / "in.png").string(), (dir / "in.png").string(),
+                         "--overwrite", "--morvane", "8"});
   EXPECT_EQ(result.exitCode, 0) << result.err;
   std::ifstream a(dir / "in.png", std::ios::binary), b(SampleImage(), std::ios::binary);
   const std::string changed((std::istreambuf_iterator<char>(a)), {});
@@ -112,25 +141,50 @@ TEST(Command, HelpDocumentsEveryControlOption) {
   const CommandResult result = RunMorvaneProgram({"render", "--help"});
   EXPECT_EQ(result.exitCode, 0);
   for (const char* option :
-       {"--direction", "--channels", "--morvane-intensity", "--morvane ", "--pixel-size",
-        "--stretch-curve", "--curve-phase", "--curve-smoothness", "--stretch-start-offset",
-        "--distribution-mode", "--distribution-range", "--image-shift-phase ",
-        "--image-shift-phase-sync", "--shading ", "--shading-interval-size",
-        "--shading-interval-phase", "--shading-channels", "--shading-opacity", "--edge-mode",
-        "--transparency-feather", "--intensity-source", "--region", "--downsample", "--frames",
-        "--jobs", "--overwrite", "--depth", "--out-depth", "--host", "--module",
-        "right|left|down|up", "luma|rgba|red|green|blue|alpha|luma-no-alpha|rgb-no-alpha",
+       {"--direction",
+        "--channels",
+        "--morvane-intensity",
+        "--morvane ",
+        "--pixel-size",
+        "--stretch-curve",
+        "--curve-phase",
+        "--curve-smoothness",
+        "--stretch-start-offset",
+        "--distribution-mode",
+        "--distribution-range",
+        "--image-shift-phase ",
+        "--image-shift-phase-sync",
+        "--shading ",
+        "--shading-interval-size",
+        "--shading-interval-phase",
+        "--shading-channels",
+        "--shading-opacity",
+        "--edge-mode",
+        "--transparency-feather",
+        "--intensity-source",
+        "--region",
+        "--downsample",
+        "--frames",
+        "--jobs",
+        "--overwrite",
+        "--depth",
+        "--out-depth",
+        "--host",
+        "--module",
+        "right|left|down|up",
+        "luma|rgba|red|green|blue|alpha|luma-no-alpha|rgb-no-alpha",
         "linear-ramp-up|linear-ramp-down|triangle-wave|sine-wave|exp-up|exp-down",
-        "none|sine-wave|triangle-wave|linear-ramp-up|linear-ramp-down|line", "Exit codes"}) {
+        "none|sine-wave|triangle-wave|linear-ramp-up|linear-ramp-down|line",
+        "Exit codes"}) {
     EXPECT_NE(result.out.find(option), std::string::npos) << option;
   }
 }
 
 TEST(Command, ProgressWritesOneLinePerFrameWithoutATerminal) {
   TempDir dir;
-  const CommandResult result = RunMorvaneProgram(
-      {"render", SampleImage().string(), (dir / "o.#.png").string(), "--frames", "1-3",
-       "--downsample", "4"});
+  const CommandResult result =
+      RunMorvaneProgram({"render", SampleImage().string(), (dir / "o.#.png").string(), "--frames",
+                         "1-3", "--downsample", "4"});
   ASSERT_EQ(result.exitCode, 0) << result.err;
   EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 3) << result.err;
   EXPECT_NE(result.err.find("o.2.png"), std::string::npos);

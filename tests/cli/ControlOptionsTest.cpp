@@ -47,10 +47,11 @@ TEST_P(Fixed, RoundsHalfAwayFromZero) {
 
 INSTANTIATE_TEST_SUITE_P(Cases, Fixed,
                          testing::Values(FixedCase{90.0, 5898240}, FixedCase{-360.0, -23592960},
-                                         FixedCase{0.5 / 65536.0, 1},     // exactly half
-                                         FixedCase{-0.5 / 65536.0, -1},   // exactly half
+                                         FixedCase{0.5 / 65536.0, 1},    // exactly half
+                                         FixedCase{-0.5 / 65536.0, -1},  // exactly half
                                          FixedCase{1.5 / 65536.0, 2}, FixedCase{2.5 / 65536.0, 3},
-                                         FixedCase{0.49 / 65536.0, 0}, FixedCase{-32768.0, INT32_MIN},
+                                         FixedCase{0.49 / 65536.0, 0},
+                                         FixedCase{-32768.0, INT32_MIN},
                                          FixedCase{32768.0, int64_t{INT32_MAX} + 1}));
 
 ControlSpec Slider() {
@@ -142,11 +143,10 @@ INSTANTIATE_TEST_SUITE_P(
         ParseCase{Percent, "101", {}, "from 0 to 100 %"},
         ParseCase{Popup, "luma-no-alpha", {{0, 3.0}}}, ParseCase{Popup, "RGBA", {{0, 2.0}}},
         ParseCase{Popup, "red", {}, "valid items: luma, rgba, luma-no-alpha"},
-        ParseCase{Popup, "", {}, "valid items"},
-        ParseCase{Angle, "90", {{0, 5898240.0}}}, ParseCase{Angle, "-3.75", {{0, -245760.0}}},
-        ParseCase{Angle, "40000", {}, "degrees"}, ParseCase{Angle, "east", {}, "degrees"},
-        ParseCase{Checkbox, "on", {{0, 1.0}}}, ParseCase{Checkbox, "off", {{0, 0.0}}},
-        ParseCase{Checkbox, "yes", {}, "on or off"},
+        ParseCase{Popup, "", {}, "valid items"}, ParseCase{Angle, "90", {{0, 5898240.0}}},
+        ParseCase{Angle, "-3.75", {{0, -245760.0}}}, ParseCase{Angle, "40000", {}, "degrees"},
+        ParseCase{Angle, "east", {}, "degrees"}, ParseCase{Checkbox, "on", {{0, 1.0}}},
+        ParseCase{Checkbox, "off", {{0, 0.0}}}, ParseCase{Checkbox, "yes", {}, "on or off"},
         ParseCase{Slider, "0:1,10:4.5, 20:16", {{0, 1.0}, {10, 4.5}, {20, 16.0}}},
         ParseCase{Angle, "-5:0,5:360", {{-5, 0.0}, {5, 23592960.0}}},
         ParseCase{Popup, "0:luma,12:rgba", {{0, 1.0}, {12, 2.0}}},

@@ -11,7 +11,8 @@ Pixels<Channel> Make(int32_t width, int32_t height, F f) {
   Pixels<Channel> p(width, height);
   for (int32_t y = 0; y < height; ++y) {
     for (int32_t x = 0; x < width; ++x) {
-      for (int c = 0; c < 4; ++c) p.Row(y)[4 * x + c] = static_cast<Channel>(f(x, y, c));
+      for (int c = 0; c < 4; ++c)
+        p.Row(y)[4 * x + c] = static_cast<Channel>(f(x, y, c));
     }
   }
   return p;
@@ -24,8 +25,8 @@ TEST(Downsample, SizeIsRoundedUpAndEdgeBoxesAverageOnlyInsidePixels) {
   const auto& p = std::get<Pixels<uint8_t>>(out.pixels);
   ASSERT_EQ(p.width, 3);
   ASSERT_EQ(p.height, 2);
-  EXPECT_EQ(p.Row(0)[0], 30);        // (0 + 10 + 50 + 60) / 4
-  EXPECT_EQ(p.Row(0)[4 * 2], 65);    // x = 4 only: (40 + 90) / 2
+  EXPECT_EQ(p.Row(0)[0], 30);           // (0 + 10 + 50 + 60) / 4
+  EXPECT_EQ(p.Row(0)[4 * 2], 65);       // x = 4 only: (40 + 90) / 2
   EXPECT_EQ(p.Row(1)[4 * 1 + 3], 128);  // y = 2 only: (123 + 133) / 2
   EXPECT_EQ(p.Row(1)[4 * 2 + 1], 141);  // the single pixel (4, 2): 140 + 1
 }

@@ -22,17 +22,16 @@ TEST_P(FramePatternExpand, SubstitutesThePaddedFrame) {
   EXPECT_EQ(pattern.Expand(GetParam().frame), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Cases, FramePatternExpand,
-    testing::Values(ExpandCase{"shot.####.exr", 7, "shot.0007.exr", true},
-                    ExpandCase{"shot.#.exr", 7, "shot.7.exr", true},
-                    ExpandCase{"shot.##.exr", 1234, "shot.1234.exr", true},
-                    ExpandCase{"shot.%04d.png", 42, "shot.0042.png", true},
-                    ExpandCase{"shot.%d.png", 42, "shot.42.png", true},
-                    ExpandCase{"dir/f%06d", 3, "dir/f000003", true},
-                    ExpandCase{"still.png", 9, "still.png", false},
-                    ExpandCase{"100%.png", 9, "100%.png", false},
-                    ExpandCase{"a%4d.png", 9, "a%4d.png", false}));
+INSTANTIATE_TEST_SUITE_P(Cases, FramePatternExpand,
+                         testing::Values(ExpandCase{"shot.####.exr", 7, "shot.0007.exr", true},
+                                         ExpandCase{"shot.#.exr", 7, "shot.7.exr", true},
+                                         ExpandCase{"shot.##.exr", 1234, "shot.1234.exr", true},
+                                         ExpandCase{"shot.%04d.png", 42, "shot.0042.png", true},
+                                         ExpandCase{"shot.%d.png", 42, "shot.42.png", true},
+                                         ExpandCase{"dir/f%06d", 3, "dir/f000003", true},
+                                         ExpandCase{"still.png", 9, "still.png", false},
+                                         ExpandCase{"100%.png", 9, "100%.png", false},
+                                         ExpandCase{"a%4d.png", 9, "a%4d.png", false}));
 
 TEST(FramePattern, RefusesTwoPlaceholders) {
   EXPECT_THROW(FramePattern("a.##.%04d.png"), UsageError);

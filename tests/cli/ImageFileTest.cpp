@@ -17,9 +17,10 @@ namespace fs = std::filesystem;
 class ImageFileTest : public testing::Test {
  protected:
   void SetUp() override {
-    dir_ = fs::temp_directory_path() /
-           ("morvane-imagefile-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-            "-" + testing::UnitTest::GetInstance()->current_test_info()->name());
+    dir_ =
+        fs::temp_directory_path() /
+        ("morvane-imagefile-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+         "-" + testing::UnitTest::GetInstance()->current_test_info()->name());
     fs::remove_all(dir_);
     fs::create_directories(dir_);
   }
@@ -57,8 +58,8 @@ TEST_F(ImageFileTest, ChannelCountsMapToRgba) {
       ReadImageFile(WriteRaw<float>("rgb.exr", 1, 3, OIIO::TypeDesc::FLOAT, {0.5f, -1.0f, 2.0f}));
   EXPECT_EQ(std::get<Pixels<float>>(rgb.pixels).values,
             (std::vector<float>{0.5f, -1.0f, 2.0f, 1.0f}));
-  const auto five = ReadImageFile(
-      WriteRaw<uint8_t>("five.tif", 1, 5, OIIO::TypeDesc::UINT8, {1, 2, 3, 4, 5}));
+  const auto five =
+      ReadImageFile(WriteRaw<uint8_t>("five.tif", 1, 5, OIIO::TypeDesc::UINT8, {1, 2, 3, 4, 5}));
   EXPECT_EQ(std::get<Pixels<uint8_t>>(five.pixels).values, (std::vector<uint8_t>{1, 2, 3, 4}));
 }
 

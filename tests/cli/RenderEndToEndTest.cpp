@@ -22,14 +22,46 @@ struct Look {
 // Every control away from its default.
 Look Striking() {
   Look look;
-  look.args = {"--direction", "down", "--channels", "rgba", "--morvane-intensity", "80",
-               "--morvane", "4", "--pixel-size", "1.5", "--stretch-curve", "sine-wave",
-               "--curve-phase", "30", "--curve-smoothness", "2", "--stretch-start-offset", "10",
-               "--distribution-mode", "linear-ramp-up", "--distribution-range", "1.5",
-               "--image-shift-phase", "45", "--image-shift-phase-sync", "off", "--shading",
-               "sine-wave", "--shading-interval-size", "12.7", "--shading-interval-phase", "20",
-               "--shading-channels", "rgb", "--shading-opacity", "40", "--edge-mode", "mirror",
-               "--transparency-feather", "25"};
+  look.args = {"--direction",
+               "down",
+               "--channels",
+               "rgba",
+               "--morvane-intensity",
+               "80",
+               "--morvane",
+               "4",
+               "--pixel-size",
+               "1.5",
+               "--stretch-curve",
+               "sine-wave",
+               "--curve-phase",
+               "30",
+               "--curve-smoothness",
+               "2",
+               "--stretch-start-offset",
+               "10",
+               "--distribution-mode",
+               "linear-ramp-up",
+               "--distribution-range",
+               "1.5",
+               "--image-shift-phase",
+               "45",
+               "--image-shift-phase-sync",
+               "off",
+               "--shading",
+               "sine-wave",
+               "--shading-interval-size",
+               "12.7",
+               "--shading-interval-phase",
+               "20",
+               "--shading-channels",
+               "rgb",
+               "--shading-opacity",
+               "40",
+               "--edge-mode",
+               "mirror",
+               "--transparency-feather",
+               "25"};
   StretchRenderRecord& r = look.record = DefaultRecord();
   r.channelMode = 1;
   r.intensity = 80.0;
@@ -118,7 +150,8 @@ TEST(Render, DepthOptionsConvertOnTheWayInAndOut) {
   ExpectRendered(RunMorvaneProgram(Concat(
       {"render", SampleImage().string(), out.string(), "--depth", "16", "--out-depth", "32f"},
       look.args)));
-  const ArgbImage expected = ReferenceRender(ReadAt(SampleImage(), Depth::Depth16), look.record, 1.0f);
+  const ArgbImage expected =
+      ReferenceRender(ReadAt(SampleImage(), Depth::Depth16), look.record, 1.0f);
   const FileImage written = ReadImageFile(out);
   ASSERT_EQ(NaturalDepth(written), Depth::Depth32f);
   EXPECT_TRUE(FileToEffect(written, Depth::Depth16) == expected);
@@ -146,7 +179,8 @@ TEST(Render, RegionRendersOnlyTheRequestAndIgnoresPixelsOutside) {
       const bool inside = x >= region.x && x < region.x + region.width && y >= region.y &&
                           y < region.y + region.height;
       if (!inside) {
-        for (int c = 0; c < 4; ++c) p.Row(y)[4 * x + c] = uint8_t(x * 7 + y * 13 + c * 50);
+        for (int c = 0; c < 4; ++c)
+          p.Row(y)[4 * x + c] = uint8_t(x * 7 + y * 13 + c * 50);
       }
     }
   }
@@ -161,9 +195,9 @@ TEST(Render, DownsampleBoxFiltersAndHalvesTheShadingScale) {
   const ArgbImage input = Crop(ReadAt(SampleImage(), Depth::Depth16), Rect{300, 100, 101, 51});
   WriteImageFile(dir / "in.png", input, Depth::Depth16);
   const Look look = Striking();
-  ExpectRendered(RunMorvaneProgram(Concat(
-      {"render", (dir / "in.png").string(), (dir / "out.png").string(), "--downsample", "2"},
-      look.args)));
+  ExpectRendered(RunMorvaneProgram(
+      Concat({"render", (dir / "in.png").string(), (dir / "out.png").string(), "--downsample", "2"},
+             look.args)));
   const ArgbImage got = ReadAt(dir / "out.png", Depth::Depth16);
   EXPECT_EQ(got.width(), 51);
   EXPECT_EQ(got.height(), 26);
@@ -194,8 +228,8 @@ TEST(Render, KeyframedSequenceRendersEachFrameWithItsInterpolatedValues) {
   WriteImageFile(dir / "in.0004.png", input, Depth::Depth8);
   WriteImageFile(dir / "in.0005.png", input, Depth::Depth8);
   ExpectRendered(RunMorvaneProgram(
-      {"render", (dir / "in.####.png").string(), (dir / "out.%04d.png").string(), "--frames",
-       "3-5", "--morvane", "3:1,5:5", "--curve-phase", "3:0,5:90", "--direction", "3:right,5:down",
+      {"render", (dir / "in.####.png").string(), (dir / "out.%04d.png").string(), "--frames", "3-5",
+       "--morvane", "3:1,5:5", "--curve-phase", "3:0,5:90", "--direction", "3:right,5:down",
        "--shading-opacity", "4:50", "--shading", "line"}));
   for (int frame = 3; frame <= 5; ++frame) {
     StretchRenderRecord r = DefaultRecord();

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -100,21 +99,18 @@ TEST(PiplResourceScript, EmbedsTheBytesAsResource16000OfTypePiplInEnglishUs) {
   ASSERT_TRUE(in.good());
   const std::string script((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
 
-  EXPECT_TRUE(std::regex_search(script, std::regex(R"(^LANGUAGE 9, 1$)", std::regex::multiline)));
-  const std::smatch body = [&] {
-    std::smatch m;
-    std::regex_search(script, m,
-                      std::regex(R"(^16000 PIPL\nBEGIN\n([\s\S]*)\nEND)", std::regex::multiline));
-    return m;
-  }();
-  ASSERT_FALSE(body.empty()) << script;
+  EXPECT_NE(script.find("\nLANGUAGE 9, 1\n"), std::string::npos) << script;
+  const std::string opening = "\n16000 PIPL\nBEGIN\n";
+  const size_t begin = script.find(opening);
+  ASSERT_NE(begin, std::string::npos) << script;
+  const size_t end = script.find("\nEND\n", begin);
+  ASSERT_NE(end, std::string::npos) << script;
 
+  // Words are written "0xHHHH", separated by commas and line breaks.
   Bytes embedded;
-  const std::string data = body[1].str();
-  const std::regex word(R"(0x([0-9A-F]{4}))");
-  for (auto it = std::sregex_iterator(data.begin(), data.end(), word); it != std::sregex_iterator();
-       ++it) {
-    const unsigned value = std::stoul((*it)[1].str(), nullptr, 16);
+  const std::string data = script.substr(begin + opening.size(), end - begin - opening.size());
+  for (size_t at = data.find("0x"); at != std::string::npos; at = data.find("0x", at + 6)) {
+    const unsigned value = std::stoul(data.substr(at + 2, 4), nullptr, 16);
     embedded.push_back(static_cast<uint8_t>(value & 0xFF));
     embedded.push_back(static_cast<uint8_t>(value >> 8));
   }

@@ -58,23 +58,30 @@ struct DamageCase {
 };
 
 void Put(Bytes& b, size_t at, std::initializer_list<uint8_t> values) {
-  for (uint8_t v : values) b.at(at++) = v;
+  for (uint8_t v : values)
+    b.at(at++) = v;
 }
 
 const DamageCase kDamage[] = {
     {"Empty", [](Bytes& b) { b.clear(); }, "ends inside the header"},
-    {"Truncated", [](Bytes& b) { b.pop_back(); }, "ends inside a property's padding"},
+    {"Truncated", [](Bytes& b) { b.pop_back(); }, "ends inside a property value"},
     {"HeaderWord", [](Bytes& b) { Put(b, 0, {2}); }, "header word is 2"},
     {"ListVersion", [](Bytes& b) { Put(b, 2, {1}); }, "version is 1"},
     {"CountTooHigh", [](Bytes& b) { Put(b, kCount, {13}); }, "ends inside a property header"},
     {"CountTooLow", [](Bytes& b) { Put(b, kCount, {11}); }, "20 bytes follow the last of 11"},
-    {"Vendor", [](Bytes& b) { Put(b, kKindVendor, {'X'}); }, "vendor 'XBIM'"},
+    {"Vendor", [](Bytes& b) { Put(b, kKindVendor, {'X'}); }, "vendor '8BIX'"},
     {"NotAnEffect", [](Bytes& b) { Put(b, kKindValue, {'X'}); }, "not an effect"},
     {"PascalLength", [](Bytes& b) { Put(b, kNameValue, {8}); }, "8 characters does not fit"},
-    {"EntryUnterminated", [](Bytes& b) { Put(b, kEntryValue + 10, {'X', 'Y'}); },
+    {"EntryUnterminated",
+     [](Bytes& b) {
+       Put(b, kEntryValue + 10, {'X', 'Y'});
+     },
      "not a zero-terminated string"},
     {"MissingMatchName", [](Bytes& b) { Put(b, kMatchNameKey, {'B'}); }, "has no 'eMNA'"},
-    {"DuplicateKey", [](Bytes& b) { Put(b, kCatgKey, {'e', 'm', 'a', 'n'}); },
+    {"DuplicateKey",
+     [](Bytes& b) {
+       Put(b, kCatgKey, {'e', 'm', 'a', 'n'});
+     },
      "'name' appears twice"},
     {"InfoLength", [](Bytes& b) { Put(b, kEinfLength, {4}); }, "'eINF' has length 4"},
 };
@@ -100,15 +107,17 @@ INSTANTIATE_TEST_SUITE_P(Damage, DamagedPipl, testing::ValuesIn(kDamage),
 class ScratchFolder : public testing::Test {
  protected:
   void SetUp() override {
-    folder_ = std::filesystem::temp_directory_path() /
-              ("hostsim-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
+    folder_ =
+        std::filesystem::temp_directory_path() /
+        ("hostsim-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
     std::filesystem::create_directories(folder_);
   }
   void TearDown() override { std::filesystem::remove_all(folder_); }
   std::filesystem::path Write(const std::string& name, const Bytes& bytes) {
     const auto path = folder_ / name;
     std::ofstream(path, std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        .write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
     return path;
   }
   std::filesystem::path folder_;

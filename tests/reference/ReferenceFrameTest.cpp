@@ -21,7 +21,9 @@ struct Buffer {
   std::vector<T> pixels;
 
   Buffer(int32_t w, int32_t h, int32_t padding = 0)
-      : width(w), height(h), stride(w * 4 + padding),
+      : width(w),
+        height(h),
+        stride(w * 4 + padding),
         pixels(static_cast<std::size_t>(stride) * static_cast<std::size_t>(h), T{}) {}
 
   T* At(int32_t x, int32_t y) {
@@ -201,8 +203,7 @@ TEST(ReferenceFrame, LayerLineStartColumns) {
     const int32_t second = direction == 0 ? 1 : 98;
     const int32_t third = direction == 0 ? 2 : 97;
     EXPECT_EQ(output.At(first, 0)[1], input.At(first, 0)[1]);
-    EXPECT_EQ(output.At(second, 0)[1],
-              (input.At(first, 0)[1] + input.At(second, 0)[1]) / 2);
+    EXPECT_EQ(output.At(second, 0)[1], (input.At(first, 0)[1] + input.At(second, 0)[1]) / 2);
     EXPECT_EQ(output.At(third, 0)[1], input.At(second, 0)[1]);
   }
 }
@@ -224,12 +225,24 @@ TEST_P(DispatchModeTest, ZeroIntensityCopiesAndUntouchedChannelsKeepTheInput) {
   Buffer<uint8_t> output = Render(input, settings);
   std::vector<int> kept;
   switch (mode) {
-    case 2: kept = {0, 2, 3}; break;
-    case 3: kept = {0, 1, 3}; break;
-    case 4: kept = {0, 1, 2}; break;
-    case 5: kept = {1, 2, 3}; break;
-    case 6: case 7: kept = {0}; break;
-    default: break;
+    case 2:
+      kept = {0, 2, 3};
+      break;
+    case 3:
+      kept = {0, 1, 3};
+      break;
+    case 4:
+      kept = {0, 1, 2};
+      break;
+    case 5:
+      kept = {1, 2, 3};
+      break;
+    case 6:
+    case 7:
+      kept = {0};
+      break;
+    default:
+      break;
   }
   bool changed = false;
   for (int32_t y = 0; y < 5; ++y) {
@@ -261,8 +274,8 @@ TEST(Dispatch, LayerWithoutPixelsCountsAsNoLayer) {
   settings.stretchAmount = 4.0;
   Buffer<uint8_t> expected = Render(input, settings);
   Buffer<uint8_t> layer = Pattern(3, 3, 8);
-  for (const ConstImage<uint8_t> l :
-       {ConstImage<uint8_t>{nullptr, 12, 3, 3}, ConstImage<uint8_t>{layer.pixels.data(), 12, 0, 3}}) {
+  for (const ConstImage<uint8_t> l : {ConstImage<uint8_t>{nullptr, 12, 3, 3},
+                                      ConstImage<uint8_t>{layer.pixels.data(), 12, 0, 3}}) {
     Buffer<uint8_t> output(6, 3);
     Dispatch<uint8_t>(input.In(), output.Out(), settings, 1.0f, &l, 0, 0);
     EXPECT_EQ(output.pixels, expected.pixels);

@@ -279,8 +279,8 @@ Shift ImageShift(const Settings& settings, int32_t length, int32_t layerLength) 
       s.mirrorTurn = std::abs(s.mirrorTurn) ^ 1;
     }
   }
-  s.colourStart = static_cast<int64_t>(s.imageShiftOffset) +
-                  static_cast<int64_t>(s.mirrorTurn) * length;
+  s.colourStart =
+      static_cast<int64_t>(s.imageShiftOffset) + static_cast<int64_t>(s.mirrorTurn) * length;
   s.layerStart = (static_cast<int64_t>(s.layerShiftOffset) +
                   static_cast<int64_t>(s.mirrorTurn) * layerLength) *
                  kOne;
@@ -356,8 +356,8 @@ int64_t DistributionPixels(double distributionRange, int32_t length) {
     return r1;
   }
   const int64_t square = static_cast<int64_t>(length) * length;
-  const auto a = static_cast<int64_t>(
-      std::pow(static_cast<double>(square), distributionRange - 1.0) + L);
+  const auto a =
+      static_cast<int64_t>(std::pow(static_cast<double>(square), distributionRange - 1.0) + L);
   return static_cast<int64_t>(static_cast<double>(a - r1) * (distributionRange - 1.0) +
                               static_cast<double>(r1));
 }
@@ -390,8 +390,8 @@ double Distribute(int32_t mode, int64_t range, int64_t step, double length) {
   return S;
 }
 
-LayerGeometry LayerSampling(int32_t width, int32_t height, int32_t layerWidth,
-                            int32_t layerHeight, int32_t originX, int32_t originY) {
+LayerGeometry LayerSampling(int32_t width, int32_t height, int32_t layerWidth, int32_t layerHeight,
+                            int32_t originX, int32_t originY) {
   LayerGeometry g{};
   const bool inside = originX >= 0 && originY >= 0 && layerWidth >= width &&
                       layerHeight >= height && width + originX <= layerWidth &&
@@ -472,7 +472,9 @@ int32_t CurveIndex(double intensity) {
 // ---- Resampler -----------------------------------------------------------------
 
 LineResampler::LineResampler(int32_t channels, int32_t lineLength)
-    : channels_(channels), lineLength_(lineLength), carry_(static_cast<std::size_t>(channels), 0.0) {}
+    : channels_(channels),
+      lineLength_(lineLength),
+      carry_(static_cast<std::size_t>(channels), 0.0) {}
 
 void LineResampler::CountCopiedPixel() {
   emitted_ += 1;
@@ -575,7 +577,8 @@ void Kernel(Variant variant, const ConstImage<T>& input, const Image<T>& output,
       const int32_t crossOrigin = rows ? geometry.layerOriginY : geometry.layerOriginX;
       const int32_t crossLimit = rows ? layer->height : layer->width;
       const int64_t cross = (static_cast<int64_t>(line) * crossStep + crossOrigin * kOne) / kOne;
-      layerCross = static_cast<int32_t>(std::min<int64_t>(std::max<int64_t>(cross, 0), crossLimit - 1));
+      layerCross =
+          static_cast<int32_t>(std::min<int64_t>(std::max<int64_t>(cross, 0), crossLimit - 1));
     }
 
     auto sampleIntensity = [&](int64_t position) {
@@ -643,7 +646,7 @@ void Kernel(Variant variant, const ConstImage<T>& input, const Image<T>& output,
       intensityOffset += alongStep;
       double S = curve[static_cast<std::size_t>(CurveIndex(v))];
       S = Distribute(settings.distributionMode, R, j, S);
-      if (S < 0.0) {
+      if (!(S > 0.0)) {
         S = 1.0;
       }
 
@@ -757,14 +760,14 @@ void Dispatch(const ConstImage<T>& input, const Image<T>& output, const Settings
   }
 }
 
-#define MORVANE_REFERENCE_INSTANTIATE(T)                                                         \
-  template void Dispatch<T>(const ConstImage<T>&, const Image<T>&, const Settings&, float,      \
-                            const ConstImage<T>*, int32_t, int32_t);                            \
-  template void Kernel<T>(Variant, const ConstImage<T>&, const Image<T>&, const Settings&,      \
-                          float, const ConstImage<T>*, int32_t, int32_t);                       \
-  template double MeasureIntensity<T>(Variant, const T*);                                       \
-  template std::vector<T> ResampleLine<T>(const std::vector<double>&,                           \
-                                          const std::vector<double>&, int32_t);                 \
+#define MORVANE_REFERENCE_INSTANTIATE(T)                                                          \
+  template void Dispatch<T>(const ConstImage<T>&, const Image<T>&, const Settings&, float,        \
+                            const ConstImage<T>*, int32_t, int32_t);                              \
+  template void Kernel<T>(Variant, const ConstImage<T>&, const Image<T>&, const Settings&, float, \
+                          const ConstImage<T>*, int32_t, int32_t);                                \
+  template double MeasureIntensity<T>(Variant, const T*);                                         \
+  template std::vector<T> ResampleLine<T>(const std::vector<double>&, const std::vector<double>&, \
+                                          int32_t);                                               \
   template T ConvertEmitted<T>(double);
 
 MORVANE_REFERENCE_INSTANTIATE(uint8_t)

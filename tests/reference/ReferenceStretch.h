@@ -115,8 +115,8 @@ struct LayerGeometry {
   int64_t xStep;
   int64_t yStep;
 };
-LayerGeometry LayerSampling(int32_t width, int32_t height, int32_t layerWidth,
-                            int32_t layerHeight, int32_t originX, int32_t originY);
+LayerGeometry LayerSampling(int32_t width, int32_t height, int32_t layerWidth, int32_t layerHeight,
+                            int32_t originX, int32_t originY);
 
 // Intensity of one pixel (alpha, red, green, blue) for a variant, before the
 // clamp; and the curve index it selects.
@@ -143,8 +143,8 @@ class LineResampler {
   // One stretch step; `emit` receives (output index along the line, values).
   template <typename Emit>
   void Step(double length, const std::vector<double>& current, const std::vector<double>& next,
-            const std::vector<double>& currentMultiplier,
-            const std::vector<double>& nextMultiplier, Emit&& emit);
+            const std::vector<double>& currentMultiplier, const std::vector<double>& nextMultiplier,
+            Emit&& emit);
 
  private:
   int32_t channels_;

@@ -44,18 +44,17 @@ TEST(SmoothedCurveValue, WholeSmoothnessAveragesOneRadiusLess) {
   const double centre = CurveValue(0, 100, 1024, 1.0, 1.0, 0);
   EXPECT_EQ(SmoothedCurveValue(0, 100, 1024, 1.0, 1.0, 0.0f, 0), centre);
   EXPECT_EQ(SmoothedCurveValue(0, 100, 1024, 1.0, 1.0, 1.0f, 0), centre);
-  const double three = (CurveValue(0, 100, 1024, 1.0, 1.0, 0) +
-                        CurveValue(0, 99, 1024, 1.0, 1.0, 0) +
-                        CurveValue(0, 101, 1024, 1.0, 1.0, 0)) /
-                       3.0;
+  const double three =
+      (CurveValue(0, 100, 1024, 1.0, 1.0, 0) + CurveValue(0, 99, 1024, 1.0, 1.0, 0) +
+       CurveValue(0, 101, 1024, 1.0, 1.0, 0)) /
+      3.0;
   EXPECT_NEAR(SmoothedCurveValue(0, 100, 1024, 1.0, 1.0, 2.0f, 0), three, 1e-15);
   EXPECT_NEAR(SmoothedCurveValue(0, 100, 1024, 1.0, 1.0, 0.999f, 0), three, 1e-6);
   // 1.5: half the three-sample mean, half the five-sample mean.
-  const double five = (3.0 * three + CurveValue(0, 98, 1024, 1.0, 1.0, 0) +
-                       CurveValue(0, 102, 1024, 1.0, 1.0, 0)) /
-                      5.0;
-  EXPECT_NEAR(SmoothedCurveValue(0, 100, 1024, 1.0, 1.0, 1.5f, 0), 0.5 * three + 0.5 * five,
-              1e-15);
+  const double five =
+      (3.0 * three + CurveValue(0, 98, 1024, 1.0, 1.0, 0) + CurveValue(0, 102, 1024, 1.0, 1.0, 0)) /
+      5.0;
+  EXPECT_NEAR(SmoothedCurveValue(0, 100, 1024, 1.0, 1.0, 1.5f, 0), 0.5 * three + 0.5 * five, 1e-15);
 }
 
 TEST(SmoothedCurveValue, NeighbourhoodWrapsAroundTheEnds) {
@@ -113,13 +112,13 @@ TEST_P(ResolveLineTest, PositionsZeroToNineOnFivePixels) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Modes, ResolveLineTest,
-    ::testing::Values(ResolveCase{kWrap, {0, 1, 2, 3, 4, 0, 1, 2, 3, 4}},
-                      ResolveCase{kMirror, {0, 1, 2, 3, 4, 3, 2, 1, 0, 1}},
-                      ResolveCase{kRepeatLast, {0, 1, 2, 3, 4, 4, 4, 4, 4, 4}},
-                      ResolveCase{kTransparent, {0, 1, 2, 3, 4, 0, 1, 2, 3, 4}},
-                      ResolveCase{9, {0, 1, 2, 3, 4, 0, 1, 2, 3, 4}}));
+INSTANTIATE_TEST_SUITE_P(Modes, ResolveLineTest,
+                         ::testing::Values(ResolveCase{kWrap, {0, 1, 2, 3, 4, 0, 1, 2, 3, 4}},
+                                           ResolveCase{kMirror, {0, 1, 2, 3, 4, 3, 2, 1, 0, 1}},
+                                           ResolveCase{kRepeatLast, {0, 1, 2, 3, 4, 4, 4, 4, 4, 4}},
+                                           ResolveCase{kTransparent,
+                                                       {0, 1, 2, 3, 4, 0, 1, 2, 3, 4}},
+                                           ResolveCase{9, {0, 1, 2, 3, 4, 0, 1, 2, 3, 4}}));
 
 TEST(ResolveLayerPosition, FractionalMirrorTouchesTheLastPixelOnlyAtTheTurn) {
   EXPECT_EQ(ResolveLayerPosition(kMirror, 5, 4 * 4096) / 4096, 4);
@@ -148,11 +147,10 @@ TEST_P(EdgeFadeTest, FadesTowardsTheFarEnd) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Feathers, EdgeFadeTest,
-    ::testing::Values(FadeCase{5, 40.0, {1.0, 1.0, 1.0, 1.0, 0.5, 0.0, 0.0}},
-                      FadeCase{4, 100.0, {1.0, 0.75, 0.5, 0.25, 0.0}},
-                      FadeCase{5, 0.0, {1.0, 1.0, 1.0, 1.0, 1.0, 0.0}}));
+INSTANTIATE_TEST_SUITE_P(Feathers, EdgeFadeTest,
+                         ::testing::Values(FadeCase{5, 40.0, {1.0, 1.0, 1.0, 1.0, 0.5, 0.0, 0.0}},
+                                           FadeCase{4, 100.0, {1.0, 0.75, 0.5, 0.25, 0.0}},
+                                           FadeCase{5, 0.0, {1.0, 1.0, 1.0, 1.0, 1.0, 0.0}}));
 
 // ---- Image shift ---------------------------------------------------------------
 
@@ -179,17 +177,16 @@ TEST_P(ImageShiftTest, LineOfOneHundred) {
   EXPECT_EQ(ResolveLinePosition(c.edgeMode, 100, s.colourStart), c.firstResolved);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Phases, ImageShiftTest,
-    ::testing::Values(ShiftCase{0, 100.0, kWrap, 0, 0, 0},
-                      ShiftCase{90 * kDegree, 100.0, kWrap, 25, 0, 25},
-                      ShiftCase{-90 * kDegree, 100.0, kWrap, 74, 0, 74},
-                      ShiftCase{-1 * kDegree, 100.0, kWrap, 0, 0, 0},
-                      ShiftCase{90 * kDegree, 50.0, kWrap, 12, 0, 12},
-                      ShiftCase{450 * kDegree, 100.0, kWrap, 25, 0, 25},
-                      ShiftCase{360 * kDegree, 100.0, kMirror, 0, 1, 98},
-                      ShiftCase{-90 * kDegree, 100.0, kMirror, 74, 1, 24},
-                      ShiftCase{-360 * kDegree, 100.0, kMirror, 99, 0, 99}));
+INSTANTIATE_TEST_SUITE_P(Phases, ImageShiftTest,
+                         ::testing::Values(ShiftCase{0, 100.0, kWrap, 0, 0, 0},
+                                           ShiftCase{90 * kDegree, 100.0, kWrap, 25, 0, 25},
+                                           ShiftCase{-90 * kDegree, 100.0, kWrap, 74, 0, 74},
+                                           ShiftCase{-1 * kDegree, 100.0, kWrap, 0, 0, 0},
+                                           ShiftCase{90 * kDegree, 50.0, kWrap, 12, 0, 12},
+                                           ShiftCase{450 * kDegree, 100.0, kWrap, 25, 0, 25},
+                                           ShiftCase{360 * kDegree, 100.0, kMirror, 0, 1, 98},
+                                           ShiftCase{-90 * kDegree, 100.0, kMirror, 74, 1, 24},
+                                           ShiftCase{-360 * kDegree, 100.0, kMirror, 99, 0, 99}));
 
 TEST(ImageShift, ScaledPhaseAndMirroredRunBackwards) {
   Settings settings;
@@ -249,10 +246,10 @@ INSTANTIATE_TEST_SUITE_P(
         ShadingCase{3, 4, 50.0, 0, 1.0f, {0.5, 0.625, 0.75, 0.875}},
         ShadingCase{2, 4, 100.0, 0, 1.0f, {1.0, 1.0, 1.0, 1.0}},
         ShadingCase{0, 4, 37.0, 0, 1.0f, {1.0, 1.0, 1.0, 1.0}},
-        ShadingCase{3, 8, 0.0, 90 * kDegree, 1.0f,
-                    {0.75, 0.875, 0.0, 0.125, 0.25, 0.375, 0.5, 0.625}},
-        ShadingCase{3, 8, 0.0, -45 * kDegree, 1.0f,
-                    {0.25, 0.375, 0.5, 0.625, 0.75, 0.875, 0.0, 0.125}},
+        ShadingCase{
+            3, 8, 0.0, 90 * kDegree, 1.0f, {0.75, 0.875, 0.0, 0.125, 0.25, 0.375, 0.5, 0.625}},
+        ShadingCase{
+            3, 8, 0.0, -45 * kDegree, 1.0f, {0.25, 0.375, 0.5, 0.625, 0.75, 0.875, 0.0, 0.125}},
         ShadingCase{3, 10, 0.0, 0, 0.5f, {0.0, 0.2, 0.4, 0.6, 0.8}},
         ShadingCase{5, 2, 0.0, 0, 0.5f, {1.0, 0.0}},
         ShadingCase{3, 0, 0.0, 0, 0.5f, {0.0, 0.25, 0.5, 0.75}}));  // size 0 counts as 8
@@ -337,13 +334,12 @@ TEST_P(ResampleLineTest, EightBitLine) {
 
 INSTANTIATE_TEST_SUITE_P(
     Lengths, ResampleLineTest,
-    ::testing::Values(
-        ResampleCase{{0, 100, 200, 250}, 1.0, {0, 100, 200, 250}},
-        ResampleCase{{0, 100, 200, 250}, 2.5, {0, 40, 90, 120, 160, 200, 220, 245}},
-        ResampleCase{{0, 100, 200, 250}, 3.0, {0, 33, 67, 100, 133, 167, 200, 217}},
-        ResampleCase{{0, 100, 200, 250}, 0.5, {50, 225, 50, 225}},
-        ResampleCase{{0, 100, 200, 250}, 1.5, {0, 83, 133, 200, 242, 167}},
-        ResampleCase{{10, 20, 30, 40}, 0.75, {13, 27, 39, 13}}));
+    ::testing::Values(ResampleCase{{0, 100, 200, 250}, 1.0, {0, 100, 200, 250}},
+                      ResampleCase{{0, 100, 200, 250}, 2.5, {0, 40, 90, 120, 160, 200, 220, 245}},
+                      ResampleCase{{0, 100, 200, 250}, 3.0, {0, 33, 67, 100, 133, 167, 200, 217}},
+                      ResampleCase{{0, 100, 200, 250}, 0.5, {50, 225, 50, 225}},
+                      ResampleCase{{0, 100, 200, 250}, 1.5, {0, 83, 133, 200, 242, 167}},
+                      ResampleCase{{10, 20, 30, 40}, 0.75, {13, 27, 39, 13}}));
 
 TEST(LineResampler, ExactBoundaryLeavesNoCarry) {
   const std::vector<double> one{1.0};

@@ -1,4 +1,4 @@
-// Images and records for kernel and dispatcher tests.
+// Images, records and a kernel runner for kernel and dispatcher tests.
 #pragma once
 
 #include <cstdint>
@@ -7,110 +7,98 @@
 #include <vector>
 
 #include "render/StretchRenderRecord.h"
-#include "stretch/KernelVariant.h"
-#include "stretch/PixelTraits.h"
+#include "stretch/StretchKernel.h"
 
 namespace morvane::testing_support {
 
-template <PixelDepth Depth>
-constexpr double kWhite = Depth == PixelDepth::Depth8    ? 255.0
-                          : Depth == PixelDepth::Depth16 ? 32768.0
-                                                         : 1.0;
-
-// A four-channel image with a row stride of 4 * width + padding elements. Padding elements hold
-// a sentinel so that writes outside the image can be detected.
+// A four-channel image with a row stride of 4 * width + padding elements; padding holds a
+// sentinel so that writes outside the image show.
 template <PixelDepth Depth>
 struct Image {
   using Channel = ChannelType<Depth>;
   static constexpr Channel kSentinel = static_cast<Channel>(7);
 
   Image(int32_t w, int32_t h, int32_t padding = 0)
-      : width(w), height(h), stride(4 * w + padding),
-        data(static_cast<size_t>(stride) * static_cast<size_t>(h > 0 ? h : 0) + 1, kSentinel) {
-    for (int32_t y = 0; y < height; ++y) {
-      for (int32_t x = 0; x < 4 * width; ++x) data[size_t(y) * stride + x] = 0;
-    }
+      : width(w), height(h), stride(4 * w + padding), data(size_t(stride) * size_t(h) + 1, 0) {
+    for (int32_t y = 0; y < h; ++y)
+      for (int32_t e = 4 * w; e < stride; ++e)
+        data[size_t(y) * stride + e] = kSentinel;
   }
-
   Channel& at(int32_t x, int32_t y, int c) { return data[size_t(y) * stride + 4 * x + c]; }
   Channel at(int32_t x, int32_t y, int c) const { return data[size_t(y) * stride + 4 * x + c]; }
   Channel* pixels() { return data.data(); }
   const Channel* pixels() const { return data.data(); }
 
-  int32_t width;
-  int32_t height;
-  int32_t stride;
+  int32_t width, height, stride;
   std::vector<Channel> data;
 };
 
-// Same size and same channel values, compared bit for bit (padding is not compared).
+// Same channel values, bit for bit (padding is not compared).
 template <PixelDepth Depth>
 bool SamePixels(const Image<Depth>& a, const Image<Depth>& b) {
   if (a.width != b.width || a.height != b.height) return false;
   for (int32_t y = 0; y < a.height; ++y) {
     if (std::memcmp(&a.data[size_t(y) * a.stride], &b.data[size_t(y) * b.stride],
-                    sizeof(typename Image<Depth>::Channel) * 4 * size_t(a.width)) != 0) {
+                    sizeof(ChannelType<Depth>) * 4 * size_t(a.width)) != 0) {
       return false;
     }
   }
   return true;
 }
 
-template <PixelDepth Depth>
-typename Image<Depth>::Channel ChannelFromUnit(double unit) {
-  if constexpr (Depth == PixelDepth::Depth32f) {
-    return static_cast<float>(unit);
-  } else {
-    return static_cast<typename Image<Depth>::Channel>(unit * kWhite<Depth> + 0.5);
-  }
-}
-
-// Random pixels: colour anywhere in range (float slightly beyond it), alpha often opaque, sometimes
-// zero, otherwise random, so every branch of the intensity weighting is exercised.
-template <PixelDepth Depth>
-Image<Depth> RandomImage(int32_t w, int32_t h, uint32_t seed, int32_t padding = 0) {
-  Image<Depth> img(w, h, padding);
-  std::mt19937 rng(seed);
-  std::uniform_real_distribution<double> unit(0.0, 1.0);
-  for (int32_t y = 0; y < h; ++y) {
+// The image rearranged: out(x, y) = in(map(x, y)), with out sized w x h.
+template <PixelDepth Depth, typename Map>
+Image<Depth> Remap(const Image<Depth>& in, int32_t w, int32_t h, Map map, int32_t padding = 0) {
+  Image<Depth> out(w, h, padding);
+  for (int32_t y = 0; y < h; ++y)
     for (int32_t x = 0; x < w; ++x) {
-      const double a = unit(rng);
-      img.at(x, y, 0) = ChannelFromUnit<Depth>(a < 0.5 ? 1.0 : (a < 0.6 ? 0.0 : unit(rng)));
-      for (int c = 1; c < 4; ++c) {
-        double v = unit(rng);
-        if constexpr (Depth == PixelDepth::Depth32f) v = v * 1.4 - 0.2;
-        img.at(x, y, c) = ChannelFromUnit<Depth>(v);
-      }
+      const auto [sx, sy] = map(x, y);
+      for (int c = 0; c < 4; ++c)
+        out.at(x, y, c) = in.at(sx, sy, c);
     }
-  }
-  return img;
+  return out;
 }
-
 template <PixelDepth Depth>
 Image<Depth> MirrorX(const Image<Depth>& in) {
-  Image<Depth> out(in.width, in.height);
-  for (int32_t y = 0; y < in.height; ++y)
-    for (int32_t x = 0; x < in.width; ++x)
-      for (int c = 0; c < 4; ++c) out.at(in.width - 1 - x, y, c) = in.at(x, y, c);
-  return out;
+  return Remap(in, in.width, in.height, [&](int32_t x, int32_t y) {
+    return std::pair{in.width - 1 - x, y};
+  });
 }
-
-template <PixelDepth Depth>
-Image<Depth> MirrorY(const Image<Depth>& in) {
-  Image<Depth> out(in.width, in.height);
-  for (int32_t y = 0; y < in.height; ++y)
-    for (int32_t x = 0; x < in.width; ++x)
-      for (int c = 0; c < 4; ++c) out.at(x, in.height - 1 - y, c) = in.at(x, y, c);
-  return out;
-}
-
 template <PixelDepth Depth>
 Image<Depth> Transpose(const Image<Depth>& in) {
-  Image<Depth> out(in.height, in.width);
-  for (int32_t y = 0; y < in.height; ++y)
-    for (int32_t x = 0; x < in.width; ++x)
-      for (int c = 0; c < 4; ++c) out.at(y, x, c) = in.at(x, y, c);
-  return out;
+  return Remap(in, in.height, in.width, [](int32_t x, int32_t y) { return std::pair{y, x}; });
+}
+template <PixelDepth Depth>
+Image<Depth> Padded(const Image<Depth>& in, int32_t padding) {
+  return Remap(
+      in, in.width, in.height,
+      [](int32_t x, int32_t y) {
+        return std::pair{x, y};
+      },
+      padding);
+}
+
+// Random pixels: alpha often opaque, sometimes zero, otherwise random (every branch of the
+// intensity weighting); float colour slightly beyond 0 ... 1.
+template <PixelDepth Depth>
+Image<Depth> RandomImage(int32_t w, int32_t h, uint32_t seed) {
+  Image<Depth> img(w, h);
+  std::mt19937 rng(seed);
+  std::uniform_real_distribution<double> unit(0.0, 1.0);
+  const double white = Depth == PixelDepth::Depth8 ? 255 : Depth == PixelDepth::Depth16 ? 32768 : 1;
+  const auto channel = [&](double v) {
+    return Depth == PixelDepth::Depth32f ? ChannelType<Depth>(v * 1.4 - 0.2)
+                                         : ChannelType<Depth>(v * white + 0.5);
+  };
+  for (int32_t y = 0; y < h; ++y)
+    for (int32_t x = 0; x < w; ++x) {
+      const double a = unit(rng);
+      img.at(x, y, 0) = a < 0.5 ? ChannelType<Depth>(white)
+                                : (a < 0.6 ? ChannelType<Depth>(0) : ChannelType<Depth>(a * white));
+      for (int c = 1; c < 4; ++c)
+        img.at(x, y, c) = channel(unit(rng));
+    }
+  return img;
 }
 
 // The controls at their defaults: intensity 100, "Morvane" 1, "Pixel Size" 1, Right, Wrap,
@@ -126,7 +114,7 @@ inline StretchRenderRecord DefaultRecord() {
   return r;
 }
 
-// A record with every stretch control drawn at random within the controls' ranges.
+// Every stretch control drawn at random within the controls' ranges.
 inline StretchRenderRecord RandomRecord(uint32_t seed) {
   std::mt19937 rng(seed);
   std::uniform_real_distribution<double> unit(0.0, 1.0);
@@ -152,6 +140,26 @@ inline StretchRenderRecord RandomRecord(uint32_t seed) {
   r.edgeMode = pick(4);
   r.transparencyFeather = unit(rng) * 100.0;
   return r;
+}
+
+// Runs the kernel of (Depth, variant) on `src` (LayerIntensity when `layer` is given) writing
+// into a copy of `dst`, which it returns.
+template <PixelDepth Depth>
+Image<Depth> RunKernel(ChannelVariant variant, const StretchRenderRecord& record,
+                       const Image<Depth>& src, Image<Depth> dst,
+                       const Image<Depth>* layer = nullptr, int32_t originX = 0,
+                       int32_t originY = 0) {
+  SelectStretchKernel<Depth>(
+      layer ? IntensityOrigin::LayerIntensity : IntensityOrigin::SelfIntensity, variant)(
+      dst.pixels(), dst.stride, src.pixels(), src.stride, src.width, src.height, record, 1.0f,
+      layer ? layer->pixels() : nullptr, layer ? layer->width : 0, layer ? layer->height : 0,
+      layer ? layer->stride : 0, originX, originY);
+  return dst;
+}
+template <PixelDepth Depth>
+Image<Depth> RunKernel(ChannelVariant variant, const StretchRenderRecord& r,
+                       const Image<Depth>& src) {
+  return RunKernel<Depth>(variant, r, src, src);
 }
 
 }  // namespace morvane::testing_support
