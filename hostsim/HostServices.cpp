@@ -497,9 +497,6 @@ struct HostServices {
     }
   }
 
-  static PluginDataEntryFunctionPtr RegistrationEntry(const Host& host) {
-    return host.module_->RegistrationEntry();
-  }
   static PF_PluginDataCB RegistrationCallback() { return Register; }
 };
 

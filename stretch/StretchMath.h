@@ -34,7 +34,7 @@ constexpr Int TruncTo(Real value) {
 // Brings a possibly negative whole offset into 0 ... period - 1. Negative offsets land one
 // below the usual remainder: -1 gives period - 2 and -period gives period - 1.
 constexpr int64_t ReduceIntoPeriod(int64_t offset, int64_t period) {
-  return offset >= 0 ? offset % period : period - ((-offset) % period);
+  return offset >= 0 ? offset % period : period - 1 - ((-offset) % period);
 }
 
 }  // namespace morvane

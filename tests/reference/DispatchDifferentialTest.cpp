@@ -2,7 +2,6 @@
 // the reference model, and requires every output element to agree bit for bit
 // (padding included). A failing case prints its seed and everything needed to
 // rerun it; MORVANE_DIFF_SEED=<depth>:<seed> runs a single case.
-// Seeds are spaced so that the depths' cases never overlap.
 #include <gtest/gtest.h>
 
 #include <algorithm>
