@@ -8,6 +8,8 @@
 namespace hostsim {
 
 void InstallHostServices(Host& host);
+void InstallRenderServices(Host& host);
+void InstallCustomUIServices(Host& host);
 PF_PluginDataCB HostRegistrationCallback();
 
 namespace {
@@ -44,6 +46,8 @@ Host::Host(HostProfile profile) : profile_(std::move(profile)) {
     throw std::logic_error("hostsim: only one Host can be active at a time");
   }
   InstallHostServices(*this);
+  InstallRenderServices(*this);
+  InstallCustomUIServices(*this);  // drawing suites and events, over the basic ones
 }
 
 Host::~Host() {
@@ -217,6 +221,10 @@ CommandResult Host::ParamsSetup() {
       problems_.push_back("parameter set-up reports " + std::to_string(result.out.num_params) +
                           " parameters but declared " + std::to_string(declared));
     }
+    // Checked as a host does when it builds the controls.
+    for (std::string& problem : ValidateParamList(params_.params)) {
+      problems_.push_back(std::move(problem));
+    }
   }
   return result;
 }
@@ -308,6 +316,10 @@ SessionReport Host::Report() const {
   report.problems = handles_.Misuse();
   const std::lock_guard lock(mutex_);
   report.problems.insert(report.problems.end(), problems_.begin(), problems_.end());
+  if (pixelCheckouts_ != 0) {
+    report.problems.push_back(std::to_string(pixelCheckouts_) +
+                              " layer checkouts not checked in");
+  }
   if (paramCheckouts_ != 0) {
     report.problems.push_back(std::to_string(paramCheckouts_) +
                               " parameter checkouts not checked in");

@@ -17,9 +17,11 @@
 
 #include "hostsim/CallLog.h"
 #include "hostsim/FaultPlan.h"
+#include "hostsim/Frames.h"
 #include "hostsim/HandleTable.h"
 #include "hostsim/HostProfile.h"
 #include "hostsim/Module.h"
+#include "hostsim/ParamStore.h"
 #include "hostsim/SessionReport.h"
 #include "hostsim/SuiteRegistry.h"
 #include "hostsim/WorldStore.h"
@@ -27,7 +29,9 @@
 
 namespace hostsim {
 
+struct FrameContext;
 struct HostServices;
+struct RenderServices;
 
 // What PluginDataEntryFunction handed to the registration callback.
 struct Registration {
@@ -113,9 +117,11 @@ class EffectInstance {
 
  private:
   friend class Host;
+  friend struct RenderServices;
   explicit EffectInstance(int id) : id_(id) {}
   int id_;
   PF_Handle sequenceData_ = nullptr;
+  InstanceParams params_;  // guarded by the host's mutex
 };
 
 class Host {
@@ -185,11 +191,58 @@ class Host {
   ParamList Params() const;
   DrawingLog Drawing() const;
 
-  // Unbalanced suites, live handles and recorded misuse.
+  // --- Controls of an instance (after ParamsSetup) -------------------------------------
+  // Values in the units a user sees: popups as 1-based item numbers, angles in
+  // degrees, the checkbox as 0 or 1. A value the host would refuse (outside a
+  // slider's valid range, no such item) throws std::invalid_argument; an
+  // unknown control std::out_of_range.
+  void SetValue(EffectInstance& instance, const ControlRef& control, double value);
+  // Sliders and angles are interpolated linearly between keys, popups and the
+  // checkbox hold the last key's value; before the first key its value holds.
+  void SetKeyframes(EffectInstance& instance, const ControlRef& control,
+                    std::vector<Keyframe> keys);
+  void SetPopup(EffectInstance& instance, const ControlRef& control, const std::string& item);
+  // The image a layer control refers to (null: none); owned by the caller.
+  void SetLayer(EffectInstance& instance, const ControlRef& control, const PF_EffectWorld* world);
+  // The definition checkout_param hands out at `frame` (value, UI flags).
+  PF_ParamDef ParamAt(EffectInstance& instance, const ControlRef& control, double frame);
+  PF_ParamIndex PositionOf(EffectInstance& instance, const ControlRef& control);
+
+  // --- UI commands ------------------------------------------------------------------------
+  // Send the command with the parameter array at `frame`; PF_UpdateParamUI
+  // calls change the instance's UI flags (see ParamAt) and are recorded in
+  // Params().uiUpdates.
+  CommandResult UpdateParamsUI(EffectInstance& instance, int32_t frame = 0);
+  CommandResult UserChangedParam(EffectInstance& instance, const ControlRef& control,
+                                 int32_t frame = 0);
+
+  // --- Rendering --------------------------------------------------------------------------
+  // Pre-render, then render, as After Effects does; the pre-render data is
+  // deleted through the effect's function afterwards.
+  SmartFrameResult RenderSmart(EffectInstance& instance, const SmartFrame& frame);
+  // The frames on `threads` threads at once; results in the order of `frames`.
+  std::vector<SmartFrameResult> RenderSmartConcurrently(EffectInstance& instance,
+                                                        const std::vector<SmartFrame>& frames,
+                                                        int threads);
+  // The single-call render, as Premiere does it (any profile sends it).
+  LegacyFrameResult RenderLegacy(EffectInstance& instance, const LegacyFrame& frame);
+
+  // Unbalanced suites, live handles, layers and parameters not checked in, and
+  // recorded misuse.
   SessionReport Report() const;
 
  private:
   friend struct HostServices;
+  friend struct RenderServices;
+  friend struct CustomUIServices;  // hostsim/CustomUIServices.cpp
+
+  InstanceParams& ParamsOf(EffectInstance& instance);
+  PF_ParamIndex Find(EffectInstance& instance, const ControlRef& control);
+  std::vector<PF_ParamDef> ParamArrayAt(EffectInstance& instance, double frame);
+  CommandResult UiCommand(PF_Cmd cmd, EffectInstance& instance, void* extra, int32_t frame);
+  FrameContext NewFrame(EffectInstance& instance, const PF_EffectWorld* input,
+                        const std::vector<FrameLayer>& layers);
+  void DeletePreRenderData(const PF_PreRenderOutput& preOutput);
 
   PF_ProgPtr EffectRef(const EffectInstance* instance) const;
   void NoteProblem(const std::string& problem);
@@ -218,6 +271,7 @@ class Host {
   DrawingLog drawing_;
   std::vector<std::string> problems_;
   int paramCheckouts_ = 0;
+  int pixelCheckouts_ = 0;  // smart-render layer checkouts not yet checked in
 };
 
 }  // namespace hostsim

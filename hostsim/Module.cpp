@@ -1,18 +1,17 @@
 #include "hostsim/Module.h"
 
-#include <dlfcn.h>
+#include "hostsim/LibraryLoader.h"
 
 namespace hostsim {
 
 namespace {
 
 void* Symbol(void* library, const std::string& name, const std::filesystem::path& path) {
-  dlerror();
-  void* symbol = dlsym(library, name.c_str());
+  std::string why;
+  void* symbol = LibrarySymbol(library, name, why);
   if (symbol == nullptr) {
-    const char* why = dlerror();
     throw ModuleError(path.string() + " does not export " + name +
-                      (why != nullptr ? std::string(": ") + why : std::string()));
+                      (!why.empty() ? ": " + why : std::string()));
   }
   return symbol;
 }
@@ -29,23 +28,23 @@ Module::Module(const std::filesystem::path& modulePath)
 
 Module::Module(const std::filesystem::path& modulePath, const std::filesystem::path& piplPath)
     : path_(modulePath), pipl_(ReadPiplFile(piplPath)) {
-  library_ = dlopen(modulePath.c_str(), RTLD_NOW | RTLD_LOCAL);
+  std::string why;
+  library_ = OpenLibrary(modulePath, why);
   if (library_ == nullptr) {
-    const char* why = dlerror();
-    throw ModuleError("cannot load " + modulePath.string() + ": " + (why != nullptr ? why : "?"));
+    throw ModuleError("cannot load " + modulePath.string() + ": " + (!why.empty() ? why : "?"));
   }
   try {
     registration_ = reinterpret_cast<PluginDataEntryFunctionPtr>(
         Symbol(library_, "PluginDataEntryFunction", path_));
     entry_ = reinterpret_cast<PF_FilterProc>(Symbol(library_, pipl_.entryPoint, path_));
   } catch (...) {
-    dlclose(library_);
+    CloseLibrary(library_);
     throw;
   }
 }
 
 Module::~Module() {
-  if (library_ != nullptr) dlclose(library_);
+  if (library_ != nullptr) CloseLibrary(library_);
 }
 
 }  // namespace hostsim

@@ -59,7 +59,8 @@ void WorldStore::Allocate(PF_EffectWorld* world, int32_t width, int32_t height, 
 
   const void* key = bytes.get();
   const std::lock_guard lock(mutex_);
-  pixels_[key] = Pixels{std::move(bytes), nullptr, AeFormatOf(depth), PremiereFormatOf(depth)};
+  pixels_[key] =
+      Pixels{std::move(bytes), nullptr, AeFormatOf(depth), PremiereFormatOf(depth), depth};
 }
 
 PF_EffectWorld* WorldStore::Create(int32_t width, int32_t height, PixelDepth depth,
@@ -107,6 +108,12 @@ std::optional<PrPixelFormat> WorldStore::PremiereFormat(const PF_EffectWorld* wo
   const std::lock_guard lock(mutex_);
   const Pixels* p = Find(world);
   return p != nullptr ? std::optional(p->premiereFormat) : std::nullopt;
+}
+
+std::optional<PixelDepth> WorldStore::Depth(const PF_EffectWorld* world) const {
+  const std::lock_guard lock(mutex_);
+  const Pixels* p = Find(world);
+  return p != nullptr ? std::optional(p->depth) : std::nullopt;
 }
 
 size_t WorldStore::LiveCount() const {

@@ -35,6 +35,8 @@ class WorldStore {
   // does not know).
   void OverrideFormats(const PF_EffectWorld* world, PF_PixelFormat ae, PrPixelFormat premiere);
   std::optional<PF_PixelFormat> AeFormat(const PF_EffectWorld* world) const;
+  // The depth the world was made with, whatever formats it reports.
+  std::optional<PixelDepth> Depth(const PF_EffectWorld* world) const;
   std::optional<PrPixelFormat> PremiereFormat(const PF_EffectWorld* world) const;
   size_t LiveCount() const;
 
@@ -44,6 +46,7 @@ class WorldStore {
     std::unique_ptr<PF_EffectWorld> ownedRecord;  // set for worlds made by Create
     PF_PixelFormat aeFormat;
     PrPixelFormat premiereFormat;
+    PixelDepth depth;
   };
   const Pixels* Find(const PF_EffectWorld* world) const;  // caller holds mutex_
 

@@ -23,11 +23,11 @@ namespace detail {
 // exceed the channel range only through rounding of the line position, and must never wrap.
 template <typename Channel, int kWhite>
 inline Channel RoundAndSaturate(double value) {
-  if (!(value > 0.0)) return 0;
-  if (value >= static_cast<double>(kWhite)) return static_cast<Channel>(kWhite);
-  int32_t whole = static_cast<int32_t>(value);
-  if (value - static_cast<double>(whole) >= 0.5) ++whole;
-  return static_cast<Channel>(whole);
+  constexpr double kTop = kWhite;
+  const double low = value > 0.0 ? value : 0.0;
+  const double clamped = low < kTop ? low : kTop;
+  const auto whole = static_cast<int32_t>(clamped);
+  return static_cast<Channel>(whole + (clamped - static_cast<double>(whole) >= 0.5 ? 1 : 0));
 }
 
 }  // namespace detail

@@ -56,6 +56,7 @@ class ShadeWalker {
       : entries_(table.entries.data()), size_(table.size), index_(imageShiftOffset % table.size) {
     next_ = index_ + 1 == size_ ? 0 : index_ + 1;
   }
+  ShadeWalker(const ShadingTable&&, int32_t) = delete;  // reads the table in place
   double Current() const { return entries_[index_]; }
   double Next() const { return entries_[next_]; }
   void Advance() {

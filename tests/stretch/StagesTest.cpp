@@ -164,7 +164,8 @@ TEST(Shading, SizeAndPhase) {
   EXPECT_EQ(t.entries[2], 0.0) << "the pattern starts on entry r";
   EXPECT_EQ(t.entries[1], 0.875);
   // Lookups start at the image shift: entries 3 and 0 of a four-entry table for offset 7.
-  ShadeWalker walker(BuildShadingTable(ShadingMode::LinearRampUp, 4, 0, 0, 1.0, 1.0f), 7);
+  const ShadingTable ramp = BuildShadingTable(ShadingMode::LinearRampUp, 4, 0, 0, 1.0, 1.0f);
+  ShadeWalker walker(ramp, 7);
   EXPECT_EQ(walker.Current(), 0.75);
   EXPECT_EQ(walker.Next(), 0.0);
   walker.Advance();

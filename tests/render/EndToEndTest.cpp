@@ -1,0 +1,521 @@
+// The effect module driven through the simulated hosts: parameters, UI state,
+// smart render and single-call render, checked against the dispatcher run
+// directly on the same data.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hostsim/Host.h"
+#include "params/ParamId.h"
+#include "render/DispatchStretch.h"
+
+namespace morvane {
+namespace {
+
+using hostsim::Host;
+using hostsim::HostProfile;
+using hostsim::Image;
+
+// --- Images and the reference render ------------------------------------------------
+
+morvane::PixelDepth KernelDepth(hostsim::PixelDepth depth) {
+  switch (depth) {
+    case hostsim::PixelDepth::Bits8:
+      return morvane::PixelDepth::Depth8;
+    case hostsim::PixelDepth::Bits16:
+      return morvane::PixelDepth::Depth16;
+    default:
+      return morvane::PixelDepth::Depth32f;
+  }
+}
+
+// Fills every channel of `world` with in-range values that vary from pixel to pixel.
+void Paint(PF_EffectWorld& world, hostsim::PixelDepth depth, uint32_t seed) {
+  uint32_t state = seed;
+  const int32_t channelBytes = hostsim::PixelBytes(depth) / 4;
+  for (int32_t y = 0; y < world.height; ++y) {
+    auto* row = reinterpret_cast<uint8_t*>(world.data) + static_cast<ptrdiff_t>(y) * world.rowbytes;
+    for (int32_t c = 0; c < world.width * 4; ++c) {
+      state = state * 1664525u + 1013904223u;
+      uint8_t* at = row + static_cast<ptrdiff_t>(c) * channelBytes;
+      if (depth == hostsim::PixelDepth::Bits8) {
+        *at = static_cast<uint8_t>(state >> 24);
+      } else if (depth == hostsim::PixelDepth::Bits16) {
+        const auto v = static_cast<uint16_t>((state >> 16) % 32769u);
+        std::memcpy(at, &v, sizeof v);
+      } else {
+        const float v = static_cast<float>(state >> 8) / 16777216.0f;
+        std::memcpy(at, &v, sizeof v);
+      }
+    }
+  }
+}
+
+// A packed copy of `area` of `source`, its origin at the area's corner: the input
+// a host hands over for a request of that area.
+struct OwnedWorld {
+  std::vector<uint8_t> bytes;
+  PF_EffectWorld world{};
+};
+
+OwnedWorld Crop(const PF_EffectWorld& source, hostsim::PixelDepth depth, PF_LRect area) {
+  OwnedWorld crop;
+  const int32_t pixelBytes = hostsim::PixelBytes(depth);
+  crop.world.width = area.right - area.left;
+  crop.world.height = area.bottom - area.top;
+  crop.world.rowbytes = crop.world.width * pixelBytes;
+  crop.world.origin_x = area.left;
+  crop.world.origin_y = area.top;
+  crop.bytes.resize(static_cast<size_t>(crop.world.rowbytes) * crop.world.height);
+  for (int32_t y = 0; y < crop.world.height; ++y) {
+    std::memcpy(crop.bytes.data() + static_cast<size_t>(y) * crop.world.rowbytes,
+                reinterpret_cast<const uint8_t*>(source.data) +
+                    static_cast<ptrdiff_t>(y + area.top) * source.rowbytes +
+                    static_cast<ptrdiff_t>(area.left) * pixelBytes,
+                static_cast<size_t>(crop.world.rowbytes));
+  }
+  crop.world.data = reinterpret_cast<PF_PixelPtr>(crop.bytes.data());
+  return crop;
+}
+
+// What DispatchStretch makes of `input` in an output of the rendered image's geometry.
+std::vector<uint8_t> Reference(const PF_EffectWorld& input, const Image& like,
+                               const StretchRenderRecord& record, float scale) {
+  std::vector<uint8_t> bytes(like.bytes.size(), hostsim::kUnwrittenByte);
+  PF_EffectWorld output{};
+  output.data = reinterpret_cast<PF_PixelPtr>(bytes.data());
+  output.width = like.width;
+  output.height = like.height;
+  output.rowbytes = like.rowbytes;
+  output.origin_x = like.originX;
+  output.origin_y = like.originY;
+  DispatchStretchForDepth(KernelDepth(like.depth), input, output, record, scale);
+  return bytes;
+}
+
+hostsim::SmartFrame SmartFrameOf(const PF_EffectWorld* input, int32_t frame = 0) {
+  hostsim::SmartFrame smart;
+  smart.input = input;
+  smart.frame = frame;
+  return smart;
+}
+
+hostsim::SmartFrame Request(const PF_EffectWorld* input, PF_LRect rect) {
+  hostsim::SmartFrame smart = SmartFrameOf(input);
+  smart.request = rect;
+  return smart;
+}
+
+hostsim::SmartFrame Downsampled(const PF_EffectWorld* input, PF_RationalScale x,
+                                PF_RationalScale y) {
+  hostsim::SmartFrame smart = SmartFrameOf(input);
+  smart.downsampleX = x;
+  smart.downsampleY = y;
+  return smart;
+}
+
+hostsim::LegacyFrame LegacyFrameOf(const PF_EffectWorld* input, hostsim::PixelDepth depth) {
+  hostsim::LegacyFrame legacy;
+  legacy.input = input;
+  legacy.depth = depth;
+  return legacy;
+}
+
+// The host's frame twice as wide as the images: scale 0.5.
+hostsim::LegacyFrame HalfScale(hostsim::LegacyFrame legacy) {
+  legacy.layerWidth = 2 * legacy.input->width;
+  return legacy;
+}
+
+hostsim::LegacyFrame ReportingFormat(hostsim::LegacyFrame legacy, PrPixelFormat format) {
+  legacy.reportedFormat = format;
+  return legacy;
+}
+
+// --- The session ----------------------------------------------------------------------
+
+class EndToEnd : public ::testing::Test {
+ protected:
+  void Start(const HostProfile& profile) {
+    host_.emplace(profile);
+    host_->Load(MORVANE_MODULE_PATH, MORVANE_PIPL_PATH);
+    ASSERT_EQ(host_->Register(), A_Err_NONE);
+    ASSERT_EQ(host_->GlobalSetup().err, PF_Err_NONE);
+    ASSERT_EQ(host_->ParamsSetup().err, PF_Err_NONE);
+    instance_ = &host_->NewInstance();
+    ASSERT_EQ(host_->SequenceSetup(*instance_).err, PF_Err_NONE);
+  }
+
+  void TearDown() override {
+    if (!host_) return;
+    EXPECT_EQ(host_->SequenceSetdown(*instance_).err, PF_Err_NONE);
+    EXPECT_EQ(host_->GlobalSetdown().err, PF_Err_NONE);
+    const hostsim::SessionReport report = host_->Report();
+    EXPECT_TRUE(report.Clean()) << report.Describe();
+    EXPECT_EQ(host_->Worlds().LiveCount(), worldsKept_);
+  }
+
+  PF_EffectWorld* NewLayer(int32_t width, int32_t height, hostsim::PixelDepth depth, uint32_t seed,
+                           int32_t padding = 12) {
+    PF_EffectWorld* world = host_->Worlds().Create(width, height, depth, padding);
+    Paint(*world, depth, seed);
+    ++worldsKept_;
+    return world;
+  }
+
+  A_long Popup(ParamId id) { return host_->ParamAt(*instance_, ToInt(id), 0).u.pd.value; }
+
+  // The record the host's values at `frame` stand for, built independently of the effect.
+  StretchRenderRecord RecordAt(double frame) {
+    auto def = [&](ParamId id) { return host_->ParamAt(*instance_, ToInt(id), frame); };
+    StretchRenderRecord r{};
+    r.channelMode = def(ParamId::Channels).u.pd.value - 1;
+    r.intensity = def(ParamId::MorvaneIntensity).u.fs_d.value;
+    r.direction = def(ParamId::Direction).u.pd.value - 1;
+    r.stretchAmount = def(ParamId::Morvane).u.fs_d.value;
+    r.pixelSize = def(ParamId::PixelSize).u.fs_d.value;
+    r.startOffset = def(ParamId::StretchStartOffset).u.fs_d.value;
+    r.curveShape = def(ParamId::StretchCurve).u.pd.value - 1;
+    r.curvePhase = def(ParamId::CurvePhase).u.ad.value;
+    r.curveSmoothness = def(ParamId::CurveSmoothness).u.fs_d.value;
+    r.distributionMode = def(ParamId::DistributionMode).u.pd.value - 1;
+    r.distributionRange = def(ParamId::DistributionRange).u.fs_d.value;
+    r.imageShiftPhase = def(ParamId::ImageShiftPhase).u.ad.value;
+    r.imageShiftPhaseSync = def(ParamId::ImageShiftPhaseSync).u.bd.value;
+    r.shadingMode = def(ParamId::Shading).u.pd.value - 1;
+    r.shadingIntervalSize = static_cast<int32_t>(def(ParamId::ShadingIntervalSize).u.fs_d.value);
+    r.shadingIntervalPhase = def(ParamId::ShadingIntervalPhase).u.ad.value;
+    r.shadingOpacity = def(ParamId::ShadingOpacity).u.fs_d.value;
+    r.shadingChannels = def(ParamId::ShadingChannels).u.pd.value - 1;
+    r.edgeMode = def(ParamId::EdgeMode).u.pd.value - 1;
+    r.transparencyFeather = def(ParamId::TransparencyFeather).u.fs_d.value;
+    return r;
+  }
+
+  // A look that exercises most of the stretch: curve, phase, shading, edges.
+  void SetBusyLook() {
+    Host& h = *host_;
+    h.SetValue(*instance_, "Morvane", 2.5);
+    h.SetPopup(*instance_, "Stretch Curve", "Sine Wave");
+    h.SetValue(*instance_, "Curve Phase", 30.0);
+    h.SetValue(*instance_, "Curve Smoothness", 1.5);
+    h.SetValue(*instance_, "Stretch Start Offset", 10.0);
+    h.SetPopup(*instance_, "Distribution Mode", "Linear Ramp Down");
+    h.SetValue(*instance_, "Image Shift Phase", -45.0);
+    h.SetPopup(*instance_, "Shading", "Triangle Wave");
+    h.SetValue(*instance_, "Shading Interval Size", 6.0);
+    h.SetValue(*instance_, "Shading Opacity", 70.0);
+    h.SetPopup(*instance_, "Shading Channel(s)", "RGB");
+    h.SetPopup(*instance_, "Edge Mode", "Mirror");
+  }
+
+  std::optional<Host> host_;
+  hostsim::EffectInstance* instance_ = nullptr;
+  size_t worldsKept_ = 0;
+};
+
+// --- Parameters -------------------------------------------------------------------------
+
+struct ProfileCase {
+  const char* label;
+  HostProfile profile;
+  size_t params;           // including the input layer
+  A_long curveGraphType;   // -1: not declared
+  const char* headerName;  // null: not declared
+};
+
+class ParameterLists : public EndToEnd, public ::testing::WithParamInterface<ProfileCase> {};
+
+TEST_P(ParameterLists, HostAcceptsTheDeclaredList) {
+  const ProfileCase& c = GetParam();
+  Start(c.profile);
+  const std::vector<PF_ParamDef> params = host_->Params().params;
+  ASSERT_EQ(params.size(), c.params);
+  auto position = [&](ParamId id) -> std::optional<size_t> {
+    for (size_t i = 1; i < params.size(); ++i) {
+      if (params[i].uu.id == ToInt(id)) return i;
+    }
+    return std::nullopt;
+  };
+  const auto graph = position(ParamId::CurveGraph);
+  if (c.curveGraphType < 0) {
+    EXPECT_FALSE(graph);
+  } else {
+    ASSERT_TRUE(graph);
+    EXPECT_EQ(params[*graph].param_type, c.curveGraphType);
+  }
+  const auto header = position(ParamId::Header);
+  EXPECT_EQ(header.has_value(), c.headerName != nullptr);
+  if (header) {
+    EXPECT_STREQ(params[*header].name, c.headerName);
+  }
+  EXPECT_EQ(position(ParamId::TransparencyFeather), c.params - 1);
+}
+
+HostProfile Recent14() {
+  HostProfile profile = HostProfile::AfterEffects();
+  profile.label = "After Effects 14.0";
+  profile.specMajor = 14;
+  profile.specMinor = 0;
+  return profile;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Hosts, ParameterLists,
+    ::testing::Values(
+        ProfileCase{"AfterEffects", HostProfile::AfterEffects(), 24, PF_Param_NO_DATA, ""},
+        ProfileCase{"Premiere", HostProfile::Premiere(), 23, PF_Param_ARBITRARY_DATA, nullptr},
+        ProfileCase{"Older", HostProfile::OlderHost(), 22, -1, nullptr},
+        ProfileCase{"AfterEffects13_23", HostProfile::AfterEffects13_23(), 24, PF_Param_NO_DATA,
+                    "About"},
+        ProfileCase{"Recent14", Recent14(), 24, PF_Param_NO_DATA, ""}),
+    [](const ::testing::TestParamInfo<ProfileCase>& info) {
+      return std::string(info.param.label);
+    });
+
+TEST_F(EndToEnd, UiStateFollowsTheModesThroughTheHost) {
+  Start(HostProfile::AfterEffects());
+  Host& h = *host_;
+  const std::string updateFn =
+      hostsim::SuiteFunction(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3, "PF_UpdateParamUI");
+  auto flags = [&](ParamId id) { return h.ParamAt(*instance_, ToInt(id), 0).ui_flags; };
+
+  ASSERT_EQ(h.UpdateParamsUI(*instance_).err, PF_Err_NONE);
+  EXPECT_EQ(h.Calls().Count(updateFn), 5);
+  EXPECT_EQ(flags(ParamId::ShadingOpacity), PF_PUI_DISABLED);
+  EXPECT_EQ(flags(ParamId::TransparencyFeather), PF_PUI_DISABLED);
+
+  h.SetPopup(*instance_, "Shading", "Sine Wave");
+  ASSERT_EQ(h.UserChangedParam(*instance_, "Shading").err, PF_Err_NONE);
+  EXPECT_EQ(h.Calls().Count(updateFn), 9);
+  EXPECT_EQ(flags(ParamId::ShadingIntervalSize), 0);
+  EXPECT_EQ(flags(ParamId::TransparencyFeather), PF_PUI_DISABLED);
+
+  h.SetPopup(*instance_, "Edge Mode", "Repeat Last");
+  ASSERT_EQ(h.UserChangedParam(*instance_, "Edge Mode").err, PF_Err_NONE);
+  EXPECT_EQ(h.Calls().Count(updateFn), 9) << "nothing changed, nothing sent";
+
+  h.SetPopup(*instance_, "Shading", "None");
+  h.SetPopup(*instance_, "Edge Mode", "Transparent");
+  h.Faults().Fail(updateFn, PF_Err_OUT_OF_MEMORY, 1, 1);
+  EXPECT_EQ(h.UpdateParamsUI(*instance_).err, PF_Err_OUT_OF_MEMORY);
+  EXPECT_EQ(h.Calls().Count(updateFn), 11) << "the failing call stops the rest";
+  EXPECT_EQ(flags(ParamId::ShadingIntervalSize), PF_PUI_DISABLED);
+  EXPECT_EQ(flags(ParamId::ShadingIntervalPhase), 0);
+  EXPECT_EQ(flags(ParamId::TransparencyFeather), PF_PUI_DISABLED);
+}
+
+// --- Smart render ---------------------------------------------------------------------
+
+struct ModeDepth {
+  const char* channels;
+  hostsim::PixelDepth depth;
+};
+
+class SmartRenderModes : public EndToEnd, public ::testing::WithParamInterface<ModeDepth> {};
+
+TEST_P(SmartRenderModes, OutputEqualsTheDispatcherOnTheSameData) {
+  Start(HostProfile::AfterEffects());
+  const hostsim::PixelDepth depth = GetParam().depth;
+  SetBusyLook();
+  host_->SetPopup(*instance_, "Channels", GetParam().channels);
+  host_->SetPopup(*instance_, "Direction", "Up");
+  PF_EffectWorld* input = NewLayer(19, 13, depth, 5);
+
+  const hostsim::SmartFrameResult result = host_->RenderSmart(*instance_, SmartFrameOf(input));
+  ASSERT_EQ(result.preRenderErr, PF_Err_NONE);
+  ASSERT_EQ(result.renderErr, PF_Err_NONE);
+  EXPECT_EQ(result.output.width, 19);
+  EXPECT_EQ(result.output.height, 13);
+  EXPECT_EQ(result.output.bytes, Reference(*input, result.output, RecordAt(0), 1.0f));
+}
+
+std::vector<ModeDepth> AllModesAndDepths() {
+  std::vector<ModeDepth> cases;
+  for (const char* mode :
+       {"Luma", "RGBA", "Red", "Green", "Blue", "Alpha", "Luma (no Alpha)", "RGB (no Alpha)"}) {
+    for (hostsim::PixelDepth depth :
+         {hostsim::PixelDepth::Bits8, hostsim::PixelDepth::Bits16, hostsim::PixelDepth::Float32}) {
+      cases.push_back({mode, depth});
+    }
+  }
+  return cases;
+}
+
+INSTANTIATE_TEST_SUITE_P(Everything, SmartRenderModes, ::testing::ValuesIn(AllModesAndDepths()),
+                         [](const ::testing::TestParamInfo<ModeDepth>& info) {
+                           std::string name;
+                           for (const char* c = info.param.channels; *c != '\0'; ++c) {
+                             if (std::isalnum(static_cast<unsigned char>(*c))) name += *c;
+                           }
+                           return name + "_" + std::to_string(info.index % 3);
+                         });
+
+TEST_F(EndToEnd, SubRectangleSeesOnlyItsOwnPixelsAndTheWholeIntensityLayer) {
+  Start(HostProfile::AfterEffects());
+  const hostsim::PixelDepth depth = hostsim::PixelDepth::Bits16;
+  SetBusyLook();
+  host_->SetPopup(*instance_, "Edge Mode", "Wrap");
+  PF_EffectWorld* input = NewLayer(30, 20, depth, 9);
+  PF_EffectWorld* otherOutside = NewLayer(30, 20, depth, 77);
+  const PF_LRect rect{6, 4, 21, 15};
+  // The same pixels inside the request, different ones outside.
+  for (int32_t y = rect.top; y < rect.bottom; ++y) {
+    const int32_t pixelBytes = hostsim::PixelBytes(depth);
+    std::memcpy(reinterpret_cast<uint8_t*>(otherOutside->data) + y * otherOutside->rowbytes +
+                    rect.left * pixelBytes,
+                reinterpret_cast<const uint8_t*>(input->data) + y * input->rowbytes +
+                    rect.left * pixelBytes,
+                static_cast<size_t>((rect.right - rect.left) * pixelBytes));
+  }
+  PF_EffectWorld* source = NewLayer(40, 25, depth, 3);
+  host_->SetLayer(*instance_, "Intensity Source", source);
+
+  const auto first = host_->RenderSmart(*instance_, Request(input, rect));
+  const auto second = host_->RenderSmart(*instance_, Request(otherOutside, rect));
+  ASSERT_EQ(first.renderErr, PF_Err_NONE);
+  EXPECT_EQ(first.output.width, 15);
+  EXPECT_EQ(first.output.height, 11);
+  EXPECT_EQ(first.output.originX, 6);
+  EXPECT_EQ(first.output.originY, 4);
+  EXPECT_EQ(first.output.bytes, second.output.bytes);
+
+  StretchRenderRecord record = RecordAt(0);
+  record.intensityLayer = source;
+  const OwnedWorld crop = Crop(*input, depth, rect);
+  EXPECT_EQ(first.output.bytes, Reference(crop.world, first.output, record, 1.0f));
+}
+
+TEST_F(EndToEnd, ResultRectanglesStartFromEmpty) {
+  Start(HostProfile::AfterEffects());
+  PF_EffectWorld* input = NewLayer(16, 9, hostsim::PixelDepth::Bits8, 1);
+  const auto full = host_->RenderSmart(*instance_, SmartFrameOf(input));
+  const auto part = host_->RenderSmart(*instance_, Request(input, PF_LRect{2, 3, 7, 8}));
+  auto same = [](const PF_LRect& a, const PF_LRect& b) {
+    return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
+  };
+  EXPECT_TRUE(same(full.resultRect, {0, 0, 16, 9}));
+  EXPECT_TRUE(same(full.maxResultRect, {0, 0, 16, 9}));
+  EXPECT_TRUE(same(part.resultRect, {2, 3, 7, 8}));
+  EXPECT_TRUE(same(part.maxResultRect, {0, 0, 16, 9}));
+}
+
+TEST_F(EndToEnd, HorizontalDownsamplingScalesTheRender) {
+  Start(HostProfile::AfterEffects());
+  SetBusyLook();
+  PF_EffectWorld* input = NewLayer(24, 10, hostsim::PixelDepth::Float32, 4);
+  const auto half = host_->RenderSmart(*instance_, Downsampled(input, {1, 2}, {1, 1}));
+  const auto halfOtherY = host_->RenderSmart(*instance_, Downsampled(input, {1, 2}, {1, 3}));
+  ASSERT_EQ(half.renderErr, PF_Err_NONE);
+  const std::vector<uint8_t> expected = Reference(*input, half.output, RecordAt(0), 0.5f);
+  ASSERT_NE(expected, Reference(*input, half.output, RecordAt(0), 1.0f));
+  EXPECT_EQ(half.output.bytes, expected);
+  EXPECT_EQ(halfOtherY.output.bytes, expected);
+}
+
+TEST_F(EndToEnd, UnknownPixelFormatFailsWithTheOutputUntouched) {
+  Start(HostProfile::AfterEffects());
+  PF_EffectWorld* input = NewLayer(8, 8, hostsim::PixelDepth::Bits8, 2);
+  host_->SetLayer(*instance_, "Intensity Source", NewLayer(8, 8, hostsim::PixelDepth::Bits8, 6));
+  host_->Worlds().OverrideFormats(input, PF_PixelFormat_BGRA32, PrPixelFormat_BGRA_4444_8u);
+  const auto result = host_->RenderSmart(*instance_, SmartFrameOf(input));
+  EXPECT_EQ(result.preRenderErr, PF_Err_NONE);
+  EXPECT_EQ(result.renderErr, PF_Err_UNRECOGNIZED_PARAM_TYPE);
+  EXPECT_EQ(result.output.bytes,
+            std::vector<uint8_t>(result.output.bytes.size(), hostsim::kUnwrittenByte));
+}
+
+TEST_F(EndToEnd, HostErrorDuringTheReadOutEndsThePreRenderCleanly) {
+  Start(HostProfile::AfterEffects());
+  PF_EffectWorld* input = NewLayer(8, 8, hostsim::PixelDepth::Bits8, 2);
+  host_->Faults().Fail(hostsim::Callback("inter", "checkout_param"), PF_Interrupt_CANCEL, 9, 1);
+  const auto result = host_->RenderSmart(*instance_, SmartFrameOf(input));
+  EXPECT_EQ(result.preRenderErr, PF_Interrupt_CANCEL);
+  EXPECT_FALSE(result.rendered);
+  EXPECT_EQ(host_->Handles().LiveCount(), 1u) << "only the sequence data";
+}
+
+TEST_F(EndToEnd, HundredFramesLeaveNothingBehind) {
+  Start(HostProfile::AfterEffects());
+  SetBusyLook();
+  PF_EffectWorld* input = NewLayer(12, 7, hostsim::PixelDepth::Bits8, 8);
+  for (int32_t frame = 0; frame < 100; ++frame) {
+    const auto result = host_->RenderSmart(*instance_, SmartFrameOf(input, frame));
+    ASSERT_EQ(result.renderErr, PF_Err_NONE) << frame;
+  }
+  EXPECT_EQ(host_->Handles().LiveCount(), 1u) << "only the sequence data";
+}
+
+TEST_F(EndToEnd, ConcurrentFramesEqualSerialOnes) {
+  Start(HostProfile::AfterEffects());
+  SetBusyLook();
+  host_->SetKeyframes(*instance_, "Morvane", {{0, 0.5}, {7, 6.0}});
+  host_->SetKeyframes(*instance_, "Curve Phase", {{0, 0.0}, {7, 315.0}});
+  host_->SetKeyframes(*instance_, "Direction", {{0, 1}, {3, 2}, {5, 3}});
+  host_->SetLayer(*instance_, "Intensity Source",
+                  NewLayer(20, 14, hostsim::PixelDepth::Bits16, 12));
+  PF_EffectWorld* input = NewLayer(20, 14, hostsim::PixelDepth::Bits16, 10);
+  std::vector<hostsim::SmartFrame> frames;
+  for (int32_t frame = 0; frame < 8; ++frame)
+    frames.push_back(SmartFrameOf(input, frame));
+
+  std::vector<hostsim::SmartFrameResult> serial;
+  for (const hostsim::SmartFrame& frame : frames)
+    serial.push_back(host_->RenderSmart(*instance_, frame));
+  const auto concurrent = host_->RenderSmartConcurrently(*instance_, frames, 4);
+  ASSERT_EQ(concurrent.size(), serial.size());
+  for (size_t i = 0; i < frames.size(); ++i) {
+    ASSERT_EQ(concurrent[i].renderErr, PF_Err_NONE);
+    EXPECT_EQ(concurrent[i].output.bytes, serial[i].output.bytes) << "frame " << i;
+  }
+  EXPECT_NE(serial[0].output.bytes, serial[7].output.bytes) << "keyframes must change the frames";
+}
+
+// --- Single-call render -------------------------------------------------------------------
+
+class PremiereRender : public EndToEnd,
+                       public ::testing::WithParamInterface<hostsim::PixelDepth> {};
+
+TEST_P(PremiereRender, OutputEqualsTheDispatcherAtTheWidthScale) {
+  Start(HostProfile::Premiere());
+  SetBusyLook();
+  host_->SetPopup(*instance_, "Channels", "RGB (no Alpha)");
+  PF_EffectWorld* input = NewLayer(17, 11, GetParam(), 21);
+  const auto result = host_->RenderLegacy(*instance_, HalfScale(LegacyFrameOf(input, GetParam())));
+  ASSERT_EQ(result.err, PF_Err_NONE);
+  const std::vector<uint8_t> expected = Reference(*input, result.output, RecordAt(0), 0.5f);
+  ASSERT_NE(expected, Reference(*input, result.output, RecordAt(0), 1.0f));
+  EXPECT_EQ(result.output.bytes, expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Depths, PremiereRender,
+                         ::testing::Values(hostsim::PixelDepth::Bits8, hostsim::PixelDepth::Bits16,
+                                           hostsim::PixelDepth::Float32));
+
+TEST_F(EndToEnd, SingleCallRenderInAfterEffectsLeavesTheOutputAsGiven) {
+  Start(HostProfile::AfterEffects());
+  PF_EffectWorld* input = NewLayer(9, 5, hostsim::PixelDepth::Bits8, 1);
+  const auto result =
+      host_->RenderLegacy(*instance_, LegacyFrameOf(input, hostsim::PixelDepth::Bits8));
+  EXPECT_EQ(result.err, PF_Err_NONE);
+  EXPECT_EQ(result.output.bytes,
+            std::vector<uint8_t>(result.output.bytes.size(), hostsim::kUnwrittenByte));
+}
+
+TEST_F(EndToEnd, PremiereUnknownFormatChecksTheLayersIn) {
+  Start(HostProfile::Premiere());
+  PF_EffectWorld* input = NewLayer(9, 5, hostsim::PixelDepth::Bits8, 1);
+  const auto result = host_->RenderLegacy(
+      *instance_, ReportingFormat(LegacyFrameOf(input, hostsim::PixelDepth::Bits8),
+                                  PrPixelFormat_BGRA_4444_8u));
+  EXPECT_EQ(result.err, PF_Err_UNRECOGNIZED_PARAM_TYPE);
+  EXPECT_EQ(result.output.bytes,
+            std::vector<uint8_t>(result.output.bytes.size(), hostsim::kUnwrittenByte));
+}
+
+}  // namespace
+}  // namespace morvane
