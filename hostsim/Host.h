@@ -5,6 +5,48 @@
 //
 // The host's callbacks carry no context pointer, so one Host is active per
 // process at a time; its bookkeeping is guarded for calls from several threads.
+//
+// Rendering a frame:
+//
+//   hostsim::Host host(hostsim::HostProfile::AfterEffects());  // or Premiere()
+//   host.Load(modulePath);            // reads the property list next to it
+//   host.Register();
+//   host.GlobalSetup();
+//   host.ParamsSetup();               // the declared list is validated here
+//   hostsim::EffectInstance& fx = host.NewInstance();
+//   host.SequenceSetup(fx);
+//
+//   // Controls by disk ID or name; popups by item text, angles in degrees,
+//   // the checkbox as 0/1. Keyframes: {frame, value} pairs, linear for
+//   // sliders and angles, held for popups and the checkbox.
+//   host.SetPopup(fx, "Channels", "RGBA");
+//   host.SetValue(fx, "Curve Phase", 90.0);
+//   host.SetKeyframes(fx, "Morvane", {{0, 1.0}, {24, 8.0}});
+//   host.SetLayer(fx, "Intensity Source", sourceWorld);  // null: none
+//
+//   // Images are worlds owned by Worlds() (8-bit, 16-bit or float; rows may
+//   // be padded); they are taken to be at the render's resolution already.
+//   PF_EffectWorld* in = host.Worlds().Create(w, h, hostsim::PixelDepth::Bits16, 16);
+//
+//   hostsim::SmartFrame frame;        // After Effects: pre-render, then render
+//   frame.frame = 12;                 // controls are read at this frame
+//   frame.input = in;
+//   frame.request = PF_LRect{...};    // optional sub-rectangle of the layer
+//   frame.downsampleX = {1, 2};       // optional; only x scales the render
+//   frame.layers = {{"Intensity Source", otherWorld}};  // optional, this frame only
+//   hostsim::SmartFrameResult r = host.RenderSmart(fx, frame);
+//   // r.renderErr, r.output: width, height, rowbytes (padded), origin, bytes.
+//   // Bytes the effect did not write are kUnwrittenByte.
+//
+//   host.RenderSmartConcurrently(fx, frames, threads);  // several threads at once
+//   host.RenderLegacy(fx, legacyFrame);                  // Premiere's single call
+//
+//   host.SequenceSetdown(fx);
+//   host.GlobalSetdown();
+//   host.Report();                    // Clean() when everything was given back
+//
+// RenderSmart, RenderSmartConcurrently and RenderLegacy may run on several
+// threads at once for one instance; set controls and layers only between them.
 #pragma once
 
 #include <cstdint>

@@ -7,6 +7,7 @@ packages=(
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   libopenimageio-dev openimageio-tools libcli11-dev
   clang clang-format libclang-rt-14-dev
+  frei0r-plugins-dev ffmpeg melt
 )
 
 missing=()

@@ -417,11 +417,11 @@ TEST(DispatchDifferential, FloatingPoint) {
 
 // MORVANE_DIFF_SEED=8:1234 (or 16:..., 32:...) reruns one case.
 TEST(DispatchDifferential, SingleCaseFromEnvironment) {
-  const char* spec = std::getenv("MORVANE_DIFF_SEED");
-  if (spec == nullptr) {
+  const char* choice = std::getenv("MORVANE_DIFF_SEED");
+  if (choice == nullptr) {
     GTEST_SKIP() << "MORVANE_DIFF_SEED not set";
   }
-  const std::string s(spec);
+  const std::string s(choice);
   const auto colon = s.find(':');
   ASSERT_NE(colon, std::string::npos);
   const int depth = std::stoi(s.substr(0, colon));

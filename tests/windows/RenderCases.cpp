@@ -54,6 +54,20 @@ const std::vector<RenderCase>& SyntheticCases() {
         {"Shading Interval Size", 7.0},
         {"Direction", "Left"},
         {"Edge Mode", "Mirror"}}},
+      // Interval sizes whose sine-shading tables hold values on which run-time
+      // cosines are known to differ in the last bit (26: entry 5, 48: entry 29).
+      {"sine-shading-26-rgb",
+       {{"Shading", "Sine Wave"},
+        {"Shading Channel(s)", "RGB"},
+        {"Shading Opacity", 100.0},
+        {"Shading Interval Size", 26.0},
+        {"Morvane", 3.0}}},
+      {"sine-shading-48-alpha-down",
+       {{"Shading", "Sine Wave"},
+        {"Shading Channel(s)", "Alpha"},
+        {"Shading Opacity", 100.0},
+        {"Shading Interval Size", 48.0},
+        {"Direction", "Down"}}},
       {"distribution-up-1.7",
        {{"Distribution Mode", "Linear Ramp Up"}, {"Distribution Range", 1.7}, {"Morvane", 5.0}}},
       {"distribution-down-2-sine-all",
@@ -98,6 +112,12 @@ const std::vector<RenderCase>& SampleCases() {
         {"Shading Opacity", 50.0},
         {"Distribution Mode", "Linear Ramp Up"},
         {"Distribution Range", 1.5}}},
+      {"sample-sine-shading-26",
+       {{"Shading", "Sine Wave"},
+        {"Shading Channel(s)", "RGB"},
+        {"Shading Opacity", 100.0},
+        {"Shading Interval Size", 26.0},
+        {"Morvane", 2.0}}},
   };
   return cases;
 }
@@ -123,7 +143,8 @@ SourceImage SyntheticImage(int32_t width, int32_t height) {
 
 SourceImage ReadSourceImage(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
-  std::vector<uint8_t> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  std::vector<uint8_t> bytes((std::istreambuf_iterator<char>(in)),
+                             std::istreambuf_iterator<char>());
   constexpr char kMagic[] = "ARGB8RAW";
   constexpr size_t kHeader = 16;
   if (bytes.size() < kHeader || std::memcmp(bytes.data(), kMagic, 8) != 0) {

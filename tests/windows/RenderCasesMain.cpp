@@ -40,11 +40,13 @@ void WriteBytes(const fs::path& path, const void* data, size_t size) {
   if (!out) throw std::runtime_error("cannot write " + path.string());
 }
 
+#ifndef _WIN32
 std::vector<uint8_t> ReadBytes(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
   if (!in) throw std::runtime_error("cannot read " + path.string());
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
+#endif
 
 // The property list the host reads, saved into the output folder as Morvane.pipl.
 fs::path SavePropertyList(const fs::path& module, const fs::path& out) {
@@ -142,8 +144,8 @@ int RenderSession(const hostsim::HostProfile& profile, const char* tag, const fs
   for (const Input& input : inputs) {
     for (const RenderCase& renderCase : *input.cases) {
       for (const PixelDepth depth : morvane::wincheck::AllDepths()) {
-        const std::string name = std::string(tag) + "-" + renderCase.name + "-" +
-                                 morvane::wincheck::DepthName(depth);
+        const std::string name =
+            std::string(tag) + "-" + renderCase.name + "-" + morvane::wincheck::DepthName(depth);
         const RenderOutcome outcome = Render(host, renderCase, *input.image, depth);
         const std::vector<uint8_t> pixels = PackedPixels(outcome.output);
         WriteBytes(out / (name + ".raw"), pixels.data(), pixels.size());
@@ -151,8 +153,7 @@ int RenderSession(const hostsim::HostProfile& profile, const char* tag, const fs
                  << morvane::wincheck::DepthName(depth) << ' ' << outcome.output.width << ' '
                  << outcome.output.height << ' ' << outcome.firstErr << ' ' << outcome.secondErr
                  << '\n';
-        if (outcome.firstErr != PF_Err_NONE || outcome.secondErr != PF_Err_NONE ||
-            pixels.empty()) {
+        if (outcome.firstErr != PF_Err_NONE || outcome.secondErr != PF_Err_NONE || pixels.empty()) {
           std::fprintf(stderr, "%s: render failed (%d, %d)\n", name.c_str(),
                        static_cast<int>(outcome.firstErr), static_cast<int>(outcome.secondErr));
           ++failures;
@@ -192,10 +193,10 @@ int main(int argc, char** argv) {
 
     std::ofstream manifest(out / "manifest.txt", std::ios::trunc);
     int failures = 0;
-    failures += RenderSession(hostsim::HostProfile::AfterEffects(), "ae", module, pipl, inputs,
-                              out, manifest);
-    failures += RenderSession(hostsim::HostProfile::Premiere(), "pr", module, pipl, inputs, out,
+    failures += RenderSession(hostsim::HostProfile::AfterEffects(), "ae", module, pipl, inputs, out,
                               manifest);
+    failures +=
+        RenderSession(hostsim::HostProfile::Premiere(), "pr", module, pipl, inputs, out, manifest);
     morvane::wincheck::WriteMathProbes(out);
     if (failures != 0) {
       std::fprintf(stderr, "%d failure(s)\n", failures);

@@ -122,26 +122,36 @@ def compare_frame(name, depth, width, linux, windows):
 
 
 def probe_arguments(function):
-    """The arguments of MathProbes.cpp, in its order, for naming differences."""
-    pi = 3.14159265359
+    """(label maker, kernel use) for the arguments of MathProbes.cpp, in its order.
+
+    The kernel use is True for the arguments the kernels themselves take (the
+    curve table's n = 1024, shading tables up to 256); for pow it is the line
+    length, from which the distribution's pixel count follows.
+    """
     if function == "sin":
         for n in range(2, 1025):
             for i in range(n):
-                yield f"sin(2*(u*pi)), u={i}/{n}", n == 1024
+                yield (lambda i=i, n=n: f"sin(2*(u*pi)), u={i}/{n}"), n == 1024
         for n in range(2, 1025):
             for i in range(n):
-                x = struct.unpack("<f", struct.pack("<f", i / float(struct.unpack(
-                    "<f", struct.pack("<f", n - 1))[0])))[0]
-                yield f"sin(2*(x*pi)), x=float({i}/{n - 1})", False
+                yield (lambda i=i, n=n: f"sin(2*(x*pi)), x=float({i}/{n - 1})"), False
     elif function == "cos":
         for size in range(2, 1025):
             for i in range(size):
-                yield f"cos((t+t)*pi), t={i}/{size}", size <= 256
+                yield (lambda i=i, size=size: f"cos((t+t)*pi), t={i}/{size}"), size <= 256
     elif function == "pow":
-        del pi
         for k in range(1001, 2001):
             for length in range(1, 2049):
-                yield (f"pow({length}^2, {k / 1000.0!r}-1)", (length, k / 1000.0))
+                yield (lambda k=k, length=length: f"pow({length}^2, {k / 1000.0!r}-1)"), length
+
+
+def probe_count(function):
+    """How many results MathProbes.cpp writes for `function`."""
+    tables = sum(range(2, 1025))
+    return {"sin": 2 * tables, "cos": tables, "pow": 1000 * 2048}[function]
+
+
+NEAR_ZERO = 1e-3
 
 
 def compare_math(linux_dir, windows_dir):
@@ -153,33 +163,52 @@ def compare_math(linux_dir, windows_dir):
             linux = f.read()
         with open(os.path.join(windows_dir, path), "rb") as f:
             windows = f.read()
-        if linux == windows:
-            lines.append(f"{function}: all {len(linux) // 8} probed arguments give identical "
-                         "results")
-            continue
         count = len(linux) // 8
+        if linux == windows:
+            lines.append(f"{function}: all {count} probed results identical")
+            continue
         a = struct.unpack(f"<{count}d", linux)
         b = struct.unpack(f"<{count}d", windows)
-        differing, largest, examples, effect_level = 0, 0, [], 0
-        for (label, extra), x, y in zip(probe_arguments(function), a, b):
-            if x == y:
+        last_bit, largest_ulps, near_zero, largest_absolute = 0, 0, 0, 0.0
+        kernel_args, changed_counts, examples = 0, 0, []
+        if count != probe_count(function):
+            raise ValueError(f"{path}: {count} results, expected {probe_count(function)}")
+        differing = {i for i, (x, y) in enumerate(zip(a, b)) if x != y}
+        for index, (label, use) in enumerate(probe_arguments(function)):
+            if index not in differing:
                 continue
-            differing += 1
-            ulps = ulp_distance(x, y)
-            largest = max(largest, ulps)
-            if len(examples) < 5:
-                examples.append(f"{label}: Linux {x!r}, Windows {y!r} ({ulps} ulp)")
+            x, y = a[index], b[index]
+            if abs(x) < NEAR_ZERO:
+                near_zero += 1
+                largest_absolute = max(largest_absolute, abs(x - y))
+            else:
+                last_bit += 1
+                largest_ulps = max(largest_ulps, ulp_distance(x, y))
+            if len(examples) < 3 or (abs(x) >= NEAR_ZERO and len(examples) < 5):
+                examples.append(f"{label()}: Linux {x!r}, Windows {y!r}")
             if function == "pow":
-                length, r = extra
+                length = use
                 # DistributionPixels truncates pow(...) + length to a whole number.
                 if math.trunc(x + length) != math.trunc(y + length):
-                    effect_level += 1
-            elif extra:
-                effect_level += 1
-        what = ("arguments whose truncated pixel count changes" if function == "pow"
-                else "of them among the arguments the kernels use")
-        lines.append(f"{function}: {differing} of {count} probed arguments differ, by at most "
-                     f"{largest} ulp; {effect_level} {what}")
+                    changed_counts += 1
+            elif use:
+                kernel_args += 1
+                # The shading table keeps cos(...) * 0.5 + 0.5.
+                if function == "cos" and x * 0.5 + 0.5 != y * 0.5 + 0.5:
+                    changed_counts += 1
+        summary = f"{function}: {last_bit + near_zero} of {count} probed results differ"
+        if last_bit:
+            summary += f"; {last_bit} by {largest_ulps} ulp at most"
+        if near_zero:
+            summary += (f"; {near_zero} results near zero (|result| < {NEAR_ZERO:g}) by at most "
+                        f"{largest_absolute:.3g} absolutely")
+        if function == "pow":
+            summary += f"; the distribution's truncated pixel count changes for {changed_counts}"
+        else:
+            summary += f"; {kernel_args} of them at arguments the kernels take"
+        if function == "cos":
+            summary += f", of which {changed_counts} change the shading value cos*0.5+0.5"
+        lines.append(summary)
         lines.extend(f"  e.g. {e}" for e in examples)
     return lines
 

@@ -1,0 +1,150 @@
+// The frei0r entry points. Each instance owns its settings and working images; the module
+// keeps no other state, so any number of instances may render on any threads at once.
+#include "frei0r/FreiApi.h"
+
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <memory>
+#include <new>
+#include <string>
+
+#include "frei0r/FrameRenderer.h"
+#include "frei0r/FreiControls.h"
+#include "frei0r/FreiSettings.h"
+#include "frei0r/ModuleDescription.h"
+
+namespace morvane::frei0r {
+namespace {
+
+struct Instance {
+  Instance(unsigned width, unsigned height) : renderer(width, height) {}
+  FreiSettings settings;
+  FrameRenderer renderer;
+};
+
+bool ValidIndex(int index) {
+  return index >= 0 && index < kFreiParamCount;
+}
+
+int FreiType(FreiKind kind) {
+  switch (kind) {
+    case FreiKind::Popup:
+      return F0R_PARAM_STRING;
+    case FreiKind::Checkbox:
+      return F0R_PARAM_BOOL;
+    case FreiKind::Slider:
+    case FreiKind::Angle:
+      break;
+  }
+  return F0R_PARAM_DOUBLE;
+}
+
+void Render(f0r_instance_t handle, const uint32_t* input, const uint32_t* layer, uint32_t* output) {
+  if (handle == nullptr || input == nullptr || output == nullptr) return;
+  auto& instance = *static_cast<Instance*>(handle);
+  const auto* in = reinterpret_cast<const uint8_t*>(input);
+  auto* out = reinterpret_cast<uint8_t*>(output);
+  try {
+    instance.renderer.Render(instance.settings, in, reinterpret_cast<const uint8_t*>(layer), out);
+  } catch (const std::exception& error) {
+    // Nothing may reach the host; hand the frame through unchanged instead.
+    std::fprintf(stderr, "morvane: %s; frame passed through\n", error.what());
+    std::memmove(out, in, std::size_t{instance.renderer.Width()} * instance.renderer.Height() * 4);
+  }
+}
+
+}  // namespace
+}  // namespace morvane::frei0r
+
+using morvane::frei0r::FreiControls;
+using morvane::frei0r::FreiKind;
+using morvane::frei0r::FreiParam;
+using morvane::frei0r::Instance;
+
+extern "C" {
+
+int f0r_init(void) {
+  return 1;
+}
+
+void f0r_deinit(void) {}
+
+void f0r_get_plugin_info(f0r_plugin_info_t* info) {
+  const auto& module = morvane::frei0r::ThisModule();
+  info->name = module.name;
+  info->author = "Orbrenn";
+  info->plugin_type = module.pluginType;
+  info->color_model = F0R_COLOR_MODEL_RGBA8888;
+  info->frei0r_version = FREI0R_MAJOR_VERSION;
+  info->major_version = MORVANE_VERSION_MAJOR;
+  info->minor_version = MORVANE_VERSION_MINOR;
+  info->num_params = morvane::frei0r::kFreiParamCount;
+  info->explanation = module.explanation;
+}
+
+void f0r_get_param_info(f0r_param_info_t* info, int index) {
+  if (!morvane::frei0r::ValidIndex(index)) return;
+  const auto& control = FreiControls()[static_cast<std::size_t>(index)];
+  info->name = control.name;
+  info->type = morvane::frei0r::FreiType(control.kind);
+  info->explanation = control.explanation;
+}
+
+f0r_instance_t f0r_construct(unsigned int width, unsigned int height) {
+  if (width == 0 || height == 0) return nullptr;
+  try {
+    return new Instance(width, height);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+void f0r_destruct(f0r_instance_t instance) {
+  delete static_cast<Instance*>(instance);
+}
+
+void f0r_set_param_value(f0r_instance_t handle, f0r_param_t param, int index) {
+  if (handle == nullptr || param == nullptr || !morvane::frei0r::ValidIndex(index)) return;
+  auto& settings = static_cast<Instance*>(handle)->settings;
+  const auto which = static_cast<FreiParam>(index);
+  const auto& control = FreiControls()[static_cast<std::size_t>(index)];
+  if (control.kind != FreiKind::Popup) {
+    settings.SetNumber(which, *static_cast<const double*>(param));
+    return;
+  }
+  const char* text = *static_cast<const f0r_param_string*>(param);
+  if (text == nullptr) return;
+  if (!settings.SetItem(which, text)) {
+    std::string valid;
+    for (const char* item : control.items)
+      valid += std::string(valid.empty() ? "" : ", ") + item;
+    std::fprintf(stderr, "morvane: \"%s\" is not an item of %s (%s); keeping %s\n", text,
+                 control.name, valid.c_str(), settings.Item(which));
+  }
+}
+
+void f0r_get_param_value(f0r_instance_t handle, f0r_param_t param, int index) {
+  if (handle == nullptr || param == nullptr || !morvane::frei0r::ValidIndex(index)) return;
+  const auto& settings = static_cast<const Instance*>(handle)->settings;
+  const auto which = static_cast<FreiParam>(index);
+  if (FreiControls()[static_cast<std::size_t>(index)].kind == FreiKind::Popup) {
+    // The string is the module's own constant; hosts copy it and never free it.
+    *static_cast<f0r_param_string*>(param) = const_cast<char*>(settings.Item(which));
+  } else {
+    *static_cast<double*>(param) = settings.Number(which);
+  }
+}
+
+void f0r_update(f0r_instance_t instance, double /*time*/, const uint32_t* inframe,
+                uint32_t* outframe) {
+  morvane::frei0r::Render(instance, inframe, nullptr, outframe);
+}
+
+// The second input, when given, is the "Intensity Source".
+void f0r_update2(f0r_instance_t instance, double /*time*/, const uint32_t* inframe1,
+                 const uint32_t* inframe2, const uint32_t* /*inframe3*/, uint32_t* outframe) {
+  morvane::frei0r::Render(instance, inframe1, inframe2, outframe);
+}
+
+}  // extern "C"
