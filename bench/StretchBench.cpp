@@ -1,127 +1,26 @@
-// Frame throughput of DispatchStretch, single-threaded, on images that look like footage.
-// Each case reports output megapixels per second ("MPix/s") and its time relative to a plain
-// copy of the same frame measured in the same run ("xCopy"), both in the thread's CPU time.
+// Frame throughput of DispatchStretch, single-threaded, on images that look like footage and on
+// one random-noise worst case. Each case reports, in the thread's CPU time:
+//   MPix/s   output megapixels per second;
+//   xCopy    its time relative to a plain copy of the same frame (the memory floor);
+//   vsRemap  its throughput relative to a bilinear cv::remap of the same frame with a horizontal
+//            displacement map on one thread, measured in the same case (only when the benchmark
+//            was built with OpenCV); RemapMPix/s is the remap's own throughput.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <ctime>
-#include <map>
-#include <memory>
-#include <random>
-#include <tuple>
-#include <vector>
 
+#include "bench/BenchFrames.h"
 #include "render/DispatchStretch.h"
-#include "stretch/PixelTraits.h"
 
-namespace morvane {
+#if MORVANE_BENCH_OPENCV
+#include <opencv2/core.hpp>
+#include <opencv2/imgproc.hpp>
+#endif
+
+namespace morvane::bench {
 namespace {
-
-constexpr double WhiteOf(PixelDepth depth) {
-  return depth == PixelDepth::Depth8 ? 255.0 : depth == PixelDepth::Depth16 ? 32768.0 : 1.0;
-}
-
-// A frame owning its pixels, seen by the dispatcher as a host image.
-template <PixelDepth Depth>
-struct Frame {
-  using Channel = ChannelType<Depth>;
-  Frame(int32_t w, int32_t h) : width(w), height(h), pixels(size_t(w) * size_t(h) * 4) {}
-
-  PF_EffectWorld World() {
-    PF_EffectWorld world{};
-    world.data = reinterpret_cast<PF_PixelPtr>(pixels.data());
-    world.rowbytes = width * 4 * static_cast<int32_t>(sizeof(Channel));
-    world.width = width;
-    world.height = height;
-    return world;
-  }
-
-  int32_t width;
-  int32_t height;
-  std::vector<Channel> pixels;
-};
-
-// Smooth gradients, a few hard-edged shapes, a soft alpha falloff and mild noise.
-template <PixelDepth Depth>
-std::unique_ptr<Frame<Depth>> MakeFootage(int32_t w, int32_t h, uint32_t seed) {
-  auto frame = std::make_unique<Frame<Depth>>(w, h);
-  std::mt19937 rng(seed);
-  std::normal_distribution<double> noise(0.0, 0.015);
-  const double white = WhiteOf(Depth);
-  for (int32_t y = 0; y < h; ++y) {
-    const double v = double(y) / h;
-    for (int32_t x = 0; x < w; ++x) {
-      const double u = double(x) / w;
-      double rgb[3] = {0.15 + 0.6 * u, 0.2 + 0.5 * v, 0.55 - 0.35 * u * v};
-      // A bright disc and a dark bar with hard edges.
-      const double dx = u - 0.35;
-      const double dy = v - 0.45;
-      if (dx * dx + dy * dy < 0.04) rgb[0] = 0.95, rgb[1] = 0.85, rgb[2] = 0.3;
-      if (u > 0.62 && u < 0.7) rgb[0] = rgb[1] = rgb[2] = 0.05;
-      if (std::fmod(u * 9.0 + v * 3.0, 1.0) < 0.04) rgb[2] = 0.9;
-      const double alpha = std::clamp(2.5 - 3.0 * std::hypot(u - 0.5, v - 0.5), 0.0, 1.0);
-      auto* p = &frame->pixels[(size_t(y) * w + x) * 4];
-      const auto store = [&](double unit) {
-        unit = std::clamp(unit, 0.0, 1.0);
-        if constexpr (Depth == PixelDepth::Depth32f) {
-          return static_cast<float>(unit);
-        } else {
-          return static_cast<ChannelType<Depth>>(unit * white + 0.5);
-        }
-      };
-      p[0] = store(alpha);
-      for (int c = 0; c < 3; ++c)
-        p[1 + c] = store(rgb[c] + noise(rng));
-    }
-  }
-  return frame;
-}
-
-template <PixelDepth Depth>
-Frame<Depth>& CachedFootage(int32_t w, int32_t h, uint32_t seed) {
-  static std::map<std::tuple<int32_t, int32_t, uint32_t>, std::unique_ptr<Frame<Depth>>> cache;
-  auto& slot = cache[{w, h, seed}];
-  if (!slot) slot = MakeFootage<Depth>(w, h, seed);
-  return *slot;
-}
-
-StretchRenderRecord DefaultSettings(ChannelMode mode) {
-  StretchRenderRecord r{};
-  r.channelMode = static_cast<int32_t>(mode);
-  r.intensity = 100;
-  r.stretchAmount = 1;
-  r.pixelSize = 1;
-  r.distributionRange = 2;
-  r.imageShiftPhaseSync = 1;
-  r.shadingIntervalSize = 10;
-  return r;
-}
-
-// "Morvane" 16, smoothness 8, Sine Wave shading at 50 % on RGB, Mirror, Up, and an
-// Intensity Source layer of another size.
-StretchRenderRecord HeavySettings(ChannelMode mode, PF_EffectWorld* layer) {
-  StretchRenderRecord r = DefaultSettings(mode);
-  r.stretchAmount = 16;
-  r.curveSmoothness = 8;
-  r.shadingMode = 1;
-  r.shadingOpacity = 50;
-  r.shadingChannels = 1;
-  r.edgeMode = 1;
-  r.direction = 3;
-  r.intensityLayer = layer;
-  return r;
-}
-
-// CPU time of this thread: the machine may be shared, so throughput is measured in the
-// thread's own time rather than wall-clock time.
-double ThreadSeconds() {
-  timespec t{};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
-  return double(t.tv_sec) + double(t.tv_nsec) * 1e-9;
-}
 
 // Seconds for one plain row-by-row copy of the frame (best of several).
 template <PixelDepth Depth>
@@ -140,22 +39,64 @@ double CopySeconds(Frame<Depth>& from, Frame<Depth>& to) {
   return best;
 }
 
+#if MORVANE_BENCH_OPENCV
+template <PixelDepth Depth>
+constexpr int kCvType = Depth == PixelDepth::Depth8    ? CV_8UC4
+                        : Depth == PixelDepth::Depth16 ? CV_16UC4
+                                                       : CV_32FC4;
+
+// Seconds per frame of cv::remap on the frame: bilinear, four channels, each pixel displaced
+// along its row by up to 12 pixels according to its luma, on the calling thread only.
+template <PixelDepth Depth>
+double RemapSeconds(Frame<Depth>& from, Frame<Depth>& to) {
+  cv::setNumThreads(0);
+  const cv::Mat src(from.height, from.width, kCvType<Depth>, from.pixels.data());
+  cv::Mat dst(to.height, to.width, kCvType<Depth>, to.pixels.data());
+  cv::Mat mapX(from.height, from.width, CV_32FC1);
+  cv::Mat mapY(from.height, from.width, CV_32FC1);
+  const double white = WhiteOf(Depth);
+  for (int32_t y = 0; y < from.height; ++y) {
+    for (int32_t x = 0; x < from.width; ++x) {
+      const auto* p = &from.pixels[(size_t(y) * from.width + x) * 4];
+      const double luma = (double(p[1]) + double(p[2]) + double(p[3])) / (3.0 * white);
+      mapX.at<float>(y, x) = static_cast<float>(x - 12.0 * luma);
+      mapY.at<float>(y, x) = static_cast<float>(y);
+    }
+  }
+  int frames = 0;
+  const double start = ThreadSeconds();
+  double elapsed = 0.0;
+  while (elapsed < 0.3 || frames < 3) {
+    cv::remap(src, dst, mapX, mapY, cv::INTER_LINEAR, cv::BORDER_REPLICATE);
+    benchmark::DoNotOptimize(to.pixels.data());
+    benchmark::ClobberMemory();
+    ++frames;
+    elapsed = ThreadSeconds() - start;
+  }
+  return elapsed / frames;
+}
+#endif
+
 template <PixelDepth Depth>
 void BM_DispatchStretch(benchmark::State& state) {
   const auto width = static_cast<int32_t>(state.range(0));
   const auto height = static_cast<int32_t>(state.range(1));
   const auto mode = static_cast<ChannelMode>(state.range(2));
   const bool heavy = state.range(3) != 0;
+  const auto content = static_cast<Content>(state.range(4));
 
-  Frame<Depth>& input = CachedFootage<Depth>(width, height, 1);
+  Frame<Depth>& input = CachedFrame<Depth>(width, height, content, 1);
   Frame<Depth> output(width, height);
-  Frame<Depth>& layerFrame = CachedFootage<Depth>(width * 2 / 3, height * 2 / 3, 2);
+  Frame<Depth>& layerFrame = CachedFrame<Depth>(width * 2 / 3, height * 2 / 3, content, 2);
   PF_EffectWorld in = input.World();
   PF_EffectWorld out = output.World();
   PF_EffectWorld layer = layerFrame.World();
   const StretchRenderRecord record = heavy ? HeavySettings(mode, &layer) : DefaultSettings(mode);
 
   const double copySeconds = CopySeconds(input, output);
+#if MORVANE_BENCH_OPENCV
+  const double remapSeconds = RemapSeconds(input, output);
+#endif
   const double start = ThreadSeconds();
   for (auto _ : state) {
     DispatchStretch<Depth>(in, out, record, 1.0f);
@@ -164,18 +105,27 @@ void BM_DispatchStretch(benchmark::State& state) {
   }
   const double seconds = ThreadSeconds() - start;
   const double frames = double(state.iterations());
-  state.counters["MPix/s"] = double(width) * double(height) * 1e-6 * frames / seconds;
+  const double megapixels = double(width) * double(height) * 1e-6;
+  state.counters["MPix/s"] = megapixels * frames / seconds;
   state.counters["xCopy"] = seconds / frames / copySeconds;
+#if MORVANE_BENCH_OPENCV
+  state.counters["RemapMPix/s"] = megapixels / remapSeconds;
+  state.counters["vsRemap"] = remapSeconds / (seconds / frames);
+#endif
 }
 
 void Cases(benchmark::internal::Benchmark* b) {
-  b->ArgNames({"w", "h", "mode", "heavy"});
+  b->ArgNames({"w", "h", "mode", "heavy", "noise"});
+  const auto footage = static_cast<int64_t>(Content::Footage);
+  const auto noise = static_cast<int64_t>(Content::Noise);
   for (const auto& [w, h] : {std::pair{1920, 1080}, std::pair{3840, 2160}}) {
     for (ChannelMode mode : {ChannelMode::Luma, ChannelMode::Rgba}) {
       for (int heavy : {0, 1})
-        b->Args({w, h, static_cast<int64_t>(mode), heavy});
+        b->Args({w, h, static_cast<int64_t>(mode), heavy, footage});
     }
   }
+  for (int heavy : {0, 1})
+    b->Args({3840, 2160, static_cast<int64_t>(ChannelMode::Luma), heavy, noise});
   b->Unit(benchmark::kMillisecond)->MinTime(0.5);
 }
 
@@ -184,6 +134,6 @@ BENCHMARK(BM_DispatchStretch<PixelDepth::Depth16>)->Apply(Cases);
 BENCHMARK(BM_DispatchStretch<PixelDepth::Depth32f>)->Apply(Cases);
 
 }  // namespace
-}  // namespace morvane
+}  // namespace morvane::bench
 
 BENCHMARK_MAIN();
