@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/CurveGraphCommand.h"
 #include "cli/Errors.h"
 #include "cli/InfoCommand.h"
 #include "cli/ModuleLocator.h"
@@ -85,6 +86,7 @@ int RunMorvane(int argc, const char* const* argv, std::ostream& out, std::ostrea
   }
   commands.push_back(std::move(render));
   commands.push_back(std::make_unique<InfoCommand>(app));
+  commands.push_back(std::make_unique<CurveGraphCommand>(app));
 
   try {
     app.parse(argc, argv);

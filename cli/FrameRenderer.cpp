@@ -42,7 +42,7 @@ class IntensitySource {
   std::optional<FileImage> shared_;
 };
 
-void RenderOneFrame(const RenderBackend& backend, const RenderOptions& options,
+void RenderOneFrame(RenderBackend& backend, const RenderOptions& options,
                     const IntensitySource& intensity, int32_t frame, Progress& progress) {
   const auto started = std::chrono::steady_clock::now();
   const fs::path in = options.input.Expand(frame);
@@ -79,8 +79,8 @@ void RenderOneFrame(const RenderBackend& backend, const RenderOptions& options,
   request.intensitySource = layer ? &*layer : nullptr;
   request.region = options.region;
   request.downsample = options.downsample;
+  request.fullWidth = file.width();
   request.frame = frame;
-  request.controls = options.controls;
   const ArgbImage result = backend.Render(request);
 
   WriteImageFile(out, result, options.outDepth.value_or(depth));
@@ -108,10 +108,11 @@ FrameRange PlanFrames(const RenderOptions& options, HostProfile profile) {
   return range;
 }
 
-void RenderFrames(const RenderBackend& backend, const RenderOptions& options, Progress& progress) {
+void RenderFrames(RenderBackend& backend, const RenderOptions& options, Progress& progress) {
   const FrameRange range = PlanFrames(options, backend.Profile());
   CheckWritableFormat(options.output.Expand(range.first));
   const IntensitySource intensity(options.intensitySource);
+  backend.SetControls(options.controls);
 
   std::atomic<int32_t> next{range.first};
   std::atomic<bool> stop{false};

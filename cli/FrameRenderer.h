@@ -31,10 +31,11 @@ struct RenderOptions {
 // frames to render.
 FrameRange PlanFrames(const RenderOptions& options, HostProfile profile);
 
-// Renders every frame of the plan, `options.jobs` frames at a time. Each output
+// Sets the controls and renders every frame of the plan, `options.jobs` frames
+// at a time. Each output
 // file appears complete or not at all. After the first failing frame no new
 // frame starts; the first error is rethrown (UsageError or Failure).
-void RenderFrames(const RenderBackend& backend, const RenderOptions& options, Progress& progress);
+void RenderFrames(RenderBackend& backend, const RenderOptions& options, Progress& progress);
 
 // Parses "X,Y,W,H" (X, Y >= 0; W, H >= 1). Throws UsageError.
 Rect ParseRegion(std::string_view text);

@@ -36,8 +36,8 @@ struct FrameRequest {
   const ArgbImage* intensitySource = nullptr;  // null: "Intensity Source" is none
   std::optional<Rect> region;                  // the host's output request; none = full frame
   int downsample = 1;                          // downsample_x = downsample_y = 1 / downsample
+  int32_t fullWidth = 0;                       // the input's width before downsampling
   int32_t frame = 0;                           // the time at which controls are read
-  std::span<const ControlSetting> controls;    // controls left out keep their defaults
 };
 
 class RenderBackend {
@@ -45,9 +45,12 @@ class RenderBackend {
   virtual ~RenderBackend() = default;
   virtual const ModuleInfo& Info() const = 0;
   virtual HostProfile Profile() const = 0;
+  // Sets the controls of the effect instance; controls left out keep their
+  // defaults. Not while frames render. Throws Failure.
+  virtual void SetControls(std::span<const ControlSetting> controls) = 0;
   // Renders one frame; the result has the request's size (the region's, when
   // given). Safe to call from several threads at once. Throws Failure.
-  virtual ArgbImage Render(const FrameRequest& request) const = 0;
+  virtual ArgbImage Render(const FrameRequest& request) = 0;
 };
 
 // Loads the module at `modulePath` into the simulated host of `profile`.

@@ -4,7 +4,22 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <new>
 #include <sstream>
+
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define MORVANE_HARNESS_ASAN 1
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__)
+#define MORVANE_HARNESS_ASAN 1
+#endif
+#if !defined(MORVANE_HARNESS_ASAN) && defined(__unix__)
+#include <sys/mman.h>
+#include <unistd.h>
+#define MORVANE_HARNESS_GUARD_PAGES 1
+#endif
 
 #include "render/DispatchStretch.h"
 
@@ -39,8 +54,46 @@ int32_t ChannelBytes(PixelDepth depth) {
   return 4;
 }
 
-// One image in a heap block of exactly rowbytes * height bytes, so that AddressSanitizer sees
-// any access past its last row. The padding after every row is filled with a canary.
+#if defined(MORVANE_HARNESS_GUARD_PAGES)
+// Without AddressSanitizer the block ends right before an inaccessible page, so that reading
+// past the last row faults in any build.
+class ExactBlock {
+ public:
+  explicit ExactBlock(size_t size) {
+    const size_t page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    const size_t usable = (size + page - 1) / page * page;
+    length_ = usable + page;
+    void* map = mmap(nullptr, length_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (map == MAP_FAILED) throw std::bad_alloc();
+    map_ = static_cast<uint8_t*>(map);
+    mprotect(map_ + usable, page, PROT_NONE);
+    data_ = map_ + (usable - size);
+  }
+  ~ExactBlock() { munmap(map_, length_); }
+  ExactBlock(const ExactBlock&) = delete;
+  ExactBlock& operator=(const ExactBlock&) = delete;
+  uint8_t* get() const { return data_; }
+
+ private:
+  uint8_t* map_ = nullptr;
+  size_t length_ = 0;
+  uint8_t* data_ = nullptr;
+};
+#else
+// Under AddressSanitizer a heap block of exactly the image's size: any access outside it is
+// reported.
+class ExactBlock {
+ public:
+  explicit ExactBlock(size_t size) : bytes_(new uint8_t[size]) {}
+  uint8_t* get() const { return bytes_.get(); }
+
+ private:
+  std::unique_ptr<uint8_t[]> bytes_;
+};
+#endif
+
+// One image in a block of exactly rowbytes * height bytes. The padding after every row is
+// filled with a canary.
 class ExactWorld {
  public:
   static constexpr uint8_t kCanary = 0x5A;
@@ -50,7 +103,7 @@ class ExactWorld {
         rowbytes_(static_cast<size_t>(spec.width * 4 + spec.paddingChannels) *
                   static_cast<size_t>(ChannelBytes(depth))),
         size_(rowbytes_ * static_cast<size_t>(spec.height)),
-        bytes_(new uint8_t[size_]) {
+        bytes_(size_) {
     std::memset(bytes_.get(), kCanary, size_);
     world_ = PF_EffectWorld{};
     world_.data = reinterpret_cast<PF_PixelPtr>(bytes_.get());
@@ -163,7 +216,7 @@ class ExactWorld {
   PixelDepth depth_;
   size_t rowbytes_;
   size_t size_;
-  std::unique_ptr<uint8_t[]> bytes_;
+  ExactBlock bytes_;
   PF_EffectWorld world_;
 };
 
