@@ -1,15 +1,14 @@
-// The frei0r entry points. Each instance owns its settings and working images; the module
-// keeps no other state, so any number of instances may render on any threads at once.
-#include "frei0r/FreiApi.h"
-
+// The frei0r entry points. Each instance owns its settings; the module keeps no other state, so
+// any number of instances may render on any threads at once.
 #include <cstdio>
 #include <cstring>
 #include <exception>
-#include <memory>
+#include <mutex>
 #include <new>
 #include <string>
 
 #include "frei0r/FrameRenderer.h"
+#include "frei0r/FreiApi.h"
 #include "frei0r/FreiControls.h"
 #include "frei0r/FreiSettings.h"
 #include "frei0r/ModuleDescription.h"
@@ -17,10 +16,28 @@
 namespace morvane::frei0r {
 namespace {
 
-struct Instance {
-  Instance(unsigned width, unsigned height) : renderer(width, height) {}
-  FreiSettings settings;
-  FrameRenderer renderer;
+// MLT's sliced rendering sets parameters and renders through one instance on several threads at
+// once (frei0r promises one thread per instance, MLT does not keep it), so the settings are
+// guarded; the rendering itself runs outside the lock on the caller's own images.
+class Instance {
+ public:
+  Instance(unsigned width, unsigned height) : renderer_(width, height) {}
+
+  template <typename Change>
+  auto Update(Change change) {
+    const std::lock_guard lock(mutex_);
+    return change(settings_);
+  }
+  FreiSettings Settings() const {
+    const std::lock_guard lock(mutex_);
+    return settings_;
+  }
+  const FrameRenderer& Renderer() const { return renderer_; }
+
+ private:
+  mutable std::mutex mutex_;
+  FreiSettings settings_;
+  const FrameRenderer renderer_;
 };
 
 bool ValidIndex(int index) {
@@ -42,16 +59,25 @@ int FreiType(FreiKind kind) {
 
 void Render(f0r_instance_t handle, const uint32_t* input, const uint32_t* layer, uint32_t* output) {
   if (handle == nullptr || input == nullptr || output == nullptr) return;
-  auto& instance = *static_cast<Instance*>(handle);
+  const auto& instance = *static_cast<const Instance*>(handle);
+  const FrameRenderer& renderer = instance.Renderer();
   const auto* in = reinterpret_cast<const uint8_t*>(input);
   auto* out = reinterpret_cast<uint8_t*>(output);
   try {
-    instance.renderer.Render(instance.settings, in, reinterpret_cast<const uint8_t*>(layer), out);
+    renderer.Render(instance.Settings().Record(), in, reinterpret_cast<const uint8_t*>(layer), out);
   } catch (const std::exception& error) {
     // Nothing may reach the host; hand the frame through unchanged instead.
     std::fprintf(stderr, "morvane: %s; frame passed through\n", error.what());
-    std::memmove(out, in, std::size_t{instance.renderer.Width()} * instance.renderer.Height() * 4);
+    std::memmove(out, in, std::size_t{renderer.Width()} * renderer.Height() * 4);
   }
+}
+
+void ReportUnknownItem(const FreiControl& control, const char* text, const char* kept) {
+  std::string valid;
+  for (const char* item : control.items)
+    valid += std::string(valid.empty() ? "" : ", ") + item;
+  std::fprintf(stderr, "morvane: \"%s\" is not an item of %s (%s); keeping %s\n", text,
+               control.name, valid.c_str(), kept);
 }
 
 }  // namespace
@@ -60,6 +86,7 @@ void Render(f0r_instance_t handle, const uint32_t* input, const uint32_t* layer,
 using morvane::frei0r::FreiControls;
 using morvane::frei0r::FreiKind;
 using morvane::frei0r::FreiParam;
+using morvane::frei0r::FreiSettings;
 using morvane::frei0r::Instance;
 
 extern "C" {
@@ -106,27 +133,23 @@ void f0r_destruct(f0r_instance_t instance) {
 
 void f0r_set_param_value(f0r_instance_t handle, f0r_param_t param, int index) {
   if (handle == nullptr || param == nullptr || !morvane::frei0r::ValidIndex(index)) return;
-  auto& settings = static_cast<Instance*>(handle)->settings;
+  auto& instance = *static_cast<Instance*>(handle);
   const auto which = static_cast<FreiParam>(index);
   const auto& control = FreiControls()[static_cast<std::size_t>(index)];
   if (control.kind != FreiKind::Popup) {
-    settings.SetNumber(which, *static_cast<const double*>(param));
+    const double value = *static_cast<const double*>(param);
+    instance.Update([&](FreiSettings& settings) { settings.SetNumber(which, value); });
     return;
   }
   const char* text = *static_cast<const f0r_param_string*>(param);
   if (text == nullptr) return;
-  if (!settings.SetItem(which, text)) {
-    std::string valid;
-    for (const char* item : control.items)
-      valid += std::string(valid.empty() ? "" : ", ") + item;
-    std::fprintf(stderr, "morvane: \"%s\" is not an item of %s (%s); keeping %s\n", text,
-                 control.name, valid.c_str(), settings.Item(which));
-  }
+  if (!instance.Update([&](FreiSettings& settings) { return settings.SetItem(which, text); }))
+    morvane::frei0r::ReportUnknownItem(control, text, instance.Settings().Item(which));
 }
 
 void f0r_get_param_value(f0r_instance_t handle, f0r_param_t param, int index) {
   if (handle == nullptr || param == nullptr || !morvane::frei0r::ValidIndex(index)) return;
-  const auto& settings = static_cast<const Instance*>(handle)->settings;
+  const FreiSettings settings = static_cast<const Instance*>(handle)->Settings();
   const auto which = static_cast<FreiParam>(index);
   if (FreiControls()[static_cast<std::size_t>(index)].kind == FreiKind::Popup) {
     // The string is the module's own constant; hosts copy it and never free it.

@@ -1,6 +1,7 @@
 #include "frei0r/FrameRenderer.h"
 
 #include <cstddef>
+#include <vector>
 
 #include "frei0r/PixelOrder.h"
 #include "render/DispatchStretch.h"
@@ -19,31 +20,28 @@ PF_EffectWorld World(uint8_t* data, unsigned width, unsigned height) {
 
 }  // namespace
 
-FrameRenderer::FrameRenderer(unsigned width, unsigned height)
-    : width_(width),
-      height_(height),
-      source_(std::size_t{width} * height * 4),
-      target_(std::size_t{width} * height * 4) {}
-
-void FrameRenderer::Render(const FreiSettings& settings, const uint8_t* input, const uint8_t* layer,
-                           uint8_t* output) {
+void FrameRenderer::Render(const StretchRenderRecord& record, const uint8_t* input,
+                           const uint8_t* layer, uint8_t* output) const {
   const std::size_t pixels = std::size_t{width_} * height_;
-  RgbaToArgb(input, source_.data(), pixels);
+  std::vector<uint8_t> source(pixels * 4);
+  std::vector<uint8_t> target(pixels * 4);
+  std::vector<uint8_t> intensity;
+  RgbaToArgb(input, source.data(), pixels);
 
-  const PF_EffectWorld in = World(source_.data(), width_, height_);
-  PF_EffectWorld out = World(target_.data(), width_, height_);
+  const PF_EffectWorld in = World(source.data(), width_, height_);
+  PF_EffectWorld out = World(target.data(), width_, height_);
   PF_EffectWorld intensityWorld{};
-  StretchRenderRecord record = settings.Record();
+  StretchRenderRecord withLayer = record;
   if (layer != nullptr) {
-    intensity_.resize(pixels * 4);
-    RgbaToArgb(layer, intensity_.data(), pixels);
-    intensityWorld = World(intensity_.data(), width_, height_);
-    record.intensityLayer = &intensityWorld;
+    intensity.resize(pixels * 4);
+    RgbaToArgb(layer, intensity.data(), pixels);
+    intensityWorld = World(intensity.data(), width_, height_);
+    withLayer.intensityLayer = &intensityWorld;
   }
 
   // frei0r has no reduced-resolution rendering: every frame is at full resolution.
-  DispatchStretch<PixelDepth::Depth8>(in, out, record, 1.0f);
-  ArgbToRgba(target_.data(), output, pixels);
+  DispatchStretch<PixelDepth::Depth8>(in, out, withLayer, 1.0f);
+  ArgbToRgba(target.data(), output, pixels);
 }
 
 }  // namespace morvane::frei0r

@@ -2,22 +2,22 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
-#include "frei0r/FreiSettings.h"
+#include "render/StretchRenderRecord.h"
 
 namespace morvane::frei0r {
 
-// Owns the ARGB working images of one instance, so frames need no allocation after the first.
-// One thread at a time per renderer, as frei0r guarantees per instance.
+// Renders frames of one size. Every call works on its own ARGB images: MLT's sliced rendering
+// can call one instance from several threads at once, contrary to frei0r's rule, so nothing
+// mutable is kept between calls.
 class FrameRenderer {
  public:
-  FrameRenderer(unsigned width, unsigned height);
+  FrameRenderer(unsigned width, unsigned height) : width_(width), height_(height) {}
 
   // `input`, `layer` and `output` are width x height RGBA frames without row padding. A non-null
-  // `layer` is the "Intensity Source"; `output` may not alias the others.
-  void Render(const FreiSettings& settings, const uint8_t* input, const uint8_t* layer,
-              uint8_t* output);
+  // `layer` is the "Intensity Source". `record` comes from the instance's settings.
+  void Render(const StretchRenderRecord& record, const uint8_t* input, const uint8_t* layer,
+              uint8_t* output) const;
 
   unsigned Width() const { return width_; }
   unsigned Height() const { return height_; }
@@ -25,9 +25,6 @@ class FrameRenderer {
  private:
   unsigned width_;
   unsigned height_;
-  std::vector<uint8_t> source_;
-  std::vector<uint8_t> intensity_;
-  std::vector<uint8_t> target_;
 };
 
 }  // namespace morvane::frei0r

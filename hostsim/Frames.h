@@ -13,7 +13,7 @@ namespace hostsim {
 
 // A control named by its disk ID or by its name as shown to the user.
 struct ControlRef {
-  ControlRef(int32_t diskId) : id(diskId) {}  // NOLINT: implicit by design
+  ControlRef(int32_t diskId) : id(diskId) {}  // implicit: controls are named inline
   ControlRef(const char* controlName) : name(controlName) {}
   ControlRef(std::string controlName) : name(std::move(controlName)) {}
   std::optional<int32_t> id;

@@ -10,5 +10,7 @@ cmake --preset default
 cmake --build --preset default
 
 build/default/cli/morvane render assets/sample.png build/sample-out.png \
-  SETTINGS_PLACEHOLDER
+  --direction down --morvane 24 --pixel-size 2 --stretch-curve exp-up \
+  --stretch-start-offset 15 --edge-mode mirror \
+  --shading line --shading-channels rgb --shading-opacity 60 --shading-interval-size 16
 echo "Rendered build/sample-out.png from assets/sample.png"

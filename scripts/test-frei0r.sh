@@ -119,6 +119,10 @@ for entry in "${cases[@]}"; do
   name="${entry%%|*}"
   params="${entry#*|}"
   "$reference" render $width $height "$params" src.rgba expected.rgba
+  if cmp -s expected.rgba src.rgba; then
+    failed=$((failed + 1))
+    echo "FAILED  case $name leaves the clip unchanged and tests nothing"
+  fi
 
   filter="frei0r=filter_name=morvane"
   [ -n "$params" ] && filter="$filter:filter_params=$params"

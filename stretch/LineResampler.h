@@ -2,30 +2,26 @@
 // interpolation inside long spans, box filtering across short ones.
 #pragma once
 
-#include <array>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
+#include "stretch/ChannelQuad.h"
 #include "stretch/PixelTraits.h"
 
 namespace morvane {
 
-template <int kChannels>
-using ChannelValues = std::array<double, kChannels>;
-
-// One resampler per line; all written channels share the position and the decisions. The sink
-// receives every emitted pixel (`bool Emit(const ChannelValues<k>&)`) and returns true once the
-// line is full, which ends the step at once (any carry is dropped).
-template <int kChannels>
+// One resampler per line; all written channels share the position and the decisions. `Value`
+// holds the written channels: a double for one channel, a ChannelQuad for several (lanes that
+// a variant does not write are carried along and never stored). The sink receives every emitted
+// pixel (`bool Emit(const Value&)`) and returns true once the line is full, which ends the step
+// at once (any carry is dropped).
+template <typename Value>
 class LineResampler {
  public:
-  using Values = ChannelValues<kChannels>;
-
   // Start of a line, before the start-offset copy.
   void ResetLine() {
     linePosition_ = 0.0;
-    carry_.fill(0.0);
+    carry_ = Value{};
   }
 
   // One pixel of the start-offset copy was written.
@@ -34,78 +30,104 @@ class LineResampler {
   // One stretch step of length `length` (> 0) with the current and next source values and their
   // multipliers. Returns true when the line is full.
   template <typename Sink>
-  bool Step(double length, const Values& current, const Values& next, const Values& currentMul,
-            const Values& nextMul, Sink& sink) {
+  bool Step(double length, const Value& current, const Value& next, const Value& currentMul,
+            const Value& nextMul, Sink& sink) {
+    return StepImpl<true>(length, current, next, currentMul, nextMul, sink);
+  }
+
+  // The same step with every multiplier 1.0: multiplying by 1.0 is exact, so leaving the
+  // products out gives the same values.
+  template <typename Sink>
+  bool Step(double length, const Value& current, const Value& next, Sink& sink) {
+    return StepImpl<false>(length, current, next, current, next, sink);
+  }
+
+  double linePosition() const { return linePosition_; }
+  const Value& carry() const { return carry_; }
+
+ private:
+  template <bool kMultiply, typename Sink>
+  bool StepImpl(double length, const Value& current, const Value& next, const Value& currentMul,
+                const Value& nextMul, Sink& sink) {
     const double whole = static_cast<double>(static_cast<int32_t>(linePosition_));
-    const double filled = std::floor((linePosition_ - whole) * 10000000.0) / 10000000.0;
+    // The filled part cut to 7 decimals: floor of a non-negative value below 2^63 is its
+    // truncation, which needs no rounding-mode change or library call.
+    const double filled =
+        static_cast<double>(static_cast<int64_t>((linePosition_ - whole) * 10000000.0)) /
+        10000000.0;
 
     if (length + filled < 1.0) {
-      for (int k = 0; k < kChannels; ++k)
-        carry_[k] += (current[k] * length) * currentMul[k];
+      if constexpr (kMultiply) {
+        carry_ = carry_ + (current * length) * currentMul;
+      } else {
+        carry_ = carry_ + current * length;
+      }
       linePosition_ += length;
       return false;
     }
 
-    Values out;
-    for (int k = 0; k < kChannels; ++k) {
-      out[k] = (current[k] * (1.0 - filled)) * currentMul[k] + carry_[k];
+    const double consumedFirst = 1.0 - filled;
+    Value from = current;
+    Value delta;
+    if constexpr (kMultiply) {
+      if (sink.Emit((current * consumedFirst) * currentMul + carry_)) return true;
+      from = current * currentMul;
+      delta = next * nextMul - from;
+    } else {
+      if (sink.Emit(current * consumedFirst + carry_)) return true;
+      delta = next - from;
     }
-    if (sink.Emit(out)) return true;
-
-    Values from;
-    Values delta;
-    for (int k = 0; k < kChannels; ++k) {
-      from[k] = current[k] * currentMul[k];
-      delta[k] = next[k] * nextMul[k] - from[k];
-    }
-    double consumed = 1.0 - filled;
-    carry_.fill(0.0);
+    double consumed = consumedFirst;
+    carry_ = Value{};
     linePosition_ = whole + 1.0;
     const double rest = length - consumed;
 
     if (rest >= 1.0) {
       while (consumed + 1.0 <= length) {
-        Interpolate(delta, from, consumed, length, out);
-        if (sink.Emit(out)) return true;
+        if (sink.Emit(Interpolate(delta, from, consumed, length))) return true;
         consumed += 1.0;
         linePosition_ += 1.0;
       }
       if (length > consumed) {
-        Interpolate(delta, from, consumed, length, out);
         const double piece = length - consumed;
-        for (int k = 0; k < kChannels; ++k)
-          carry_[k] = out[k] * piece;
+        carry_ = Interpolate(delta, from, consumed, length) * piece;
         linePosition_ += piece;
       }
     } else if (rest > 0.0) {
-      Interpolate(delta, from, consumed, length, out);
-      for (int k = 0; k < kChannels; ++k)
-        out[k] *= rest;
+      const Value v = Interpolate(delta, from, consumed, length) * rest;
       if (rest >= 0.99999) {
-        if (sink.Emit(out)) return true;
+        if (sink.Emit(v)) return true;
         linePosition_ += 1.0;
       } else {
-        carry_ = out;
+        carry_ = v;
         linePosition_ += rest;
       }
     }
     return false;
   }
 
-  double linePosition() const { return linePosition_; }
-  const Values& carry() const { return carry_; }
-
- private:
   // V(u) = ((Nm - Cm) * u) / S + Cm.
-  static void Interpolate(const Values& delta, const Values& from, double consumed, double length,
-                          Values& out) {
-    for (int k = 0; k < kChannels; ++k)
-      out[k] = (delta[k] * consumed) / length + from[k];
+  static Value Interpolate(const Value& delta, const Value& from, double consumed, double length) {
+    return (delta * consumed) / length + from;
   }
 
   double linePosition_ = 0.0;
-  Values carry_{};
+  Value carry_{};
 };
+
+// The resampler's value type for a variant: one double, or all four channels together.
+template <ChannelVariant Variant>
+using ResampledValue = std::conditional_t<kChannelCount<Variant> == 1, double, ChannelQuad>;
+
+// A pixel's channels as the resampler carries them for a variant.
+template <PixelDepth Depth, ChannelVariant Variant>
+inline ResampledValue<Variant> LoadChannels(const ChannelType<Depth>* pixel) {
+  if constexpr (kChannelCount<Variant> == 1) {
+    return static_cast<double>(pixel[VariantTraits<Variant>::kChannels[0]]);
+  } else {
+    return LoadQuad<Depth>(pixel);
+  }
+}
 
 // Writes emitted pixels along an output line: the variant's channels of each pixel, converted
 // for the depth, then one step along the line. Reports full after the line's last pixel.
@@ -113,14 +135,16 @@ template <PixelDepth Depth, ChannelVariant Variant>
 class OutputCursor {
  public:
   using Channel = ChannelType<Depth>;
-  static constexpr int kCount = kChannelCount<Variant>;
+  using Value = ResampledValue<Variant>;
 
   OutputCursor(Channel* first, std::ptrdiff_t step, int32_t length)
       : pixel_(first), step_(step), remaining_(length) {}
 
-  bool Emit(const ChannelValues<kCount>& values) {
-    for (int k = 0; k < kCount; ++k) {
-      pixel_[VariantTraits<Variant>::kChannels[k]] = DepthTraits<Depth>::Store(values[k]);
+  bool Emit(const Value& value) {
+    if constexpr (kChannelCount<Variant> == 1) {
+      pixel_[VariantTraits<Variant>::kChannels[0]] = DepthTraits<Depth>::Store(value);
+    } else {
+      StoreQuad<Depth, kWritesAlpha<Variant>>(pixel_, value);
     }
     return Advance();
   }
@@ -128,8 +152,7 @@ class OutputCursor {
   // The start-offset copy: the variant's channels of `source`, alpha times `alphaFactor`
   // (truncated at 8 and 16 bits), colour unchanged.
   bool Copy(const Channel* source, double alphaFactor) {
-    for (int k = 0; k < kCount; ++k) {
-      const int c = VariantTraits<Variant>::kChannels[k];
+    for (const int c : VariantTraits<Variant>::kChannels) {
       pixel_[c] = c == kAlpha ? DepthTraits<Depth>::ScaleAlpha(source[c], alphaFactor) : source[c];
     }
     return Advance();

@@ -19,6 +19,21 @@ struct DepthTraits;
 
 namespace detail {
 
+// i / divisor for i = 0 ... count - 1, each the correctly rounded double quotient (the same
+// value the division gives at run time). Used where the dividend is a small whole number.
+template <int kCount>
+struct QuotientTable {
+  std::array<double, kCount> values{};
+  constexpr explicit QuotientTable(double divisor) {
+    for (int i = 0; i < kCount; ++i)
+      values[i] = static_cast<double>(i) / divisor;
+  }
+};
+
+// 8-bit channel sums: one channel over white, and the three colour channels over three whites.
+inline constexpr QuotientTable<256> kChannelOver255{255.0};
+inline constexpr QuotientTable<766> kSumOver765{765.0};
+
 // Rounds half away from zero and saturates to 0 ... white; NaN gives 0. An emitted value can
 // exceed the channel range only through rounding of the line position, and must never wrap.
 template <typename Channel, int kWhite>
@@ -35,11 +50,11 @@ inline Channel RoundAndSaturate(double value) {
 template <>
 struct DepthTraits<PixelDepth::Depth8> {
   using Channel = uint8_t;
-  static double Single(Channel c) { return static_cast<double>(c) / 255.0; }
+  // c / 255.0 and (green + red + blue) / 765.0: the sums of whole channel values are exact in
+  // double, so the quotients come from tables of those divisions.
+  static double Single(Channel c) { return detail::kChannelOver255.values[c]; }
   static double Luma(const Channel* p) {
-    return (static_cast<double>(p[kGreen]) + static_cast<double>(p[kRed]) +
-            static_cast<double>(p[kBlue])) /
-           765.0;
+    return detail::kSumOver765.values[int{p[kGreen]} + int{p[kRed]} + int{p[kBlue]}];
   }
   static double WeightByAlpha(double v, Channel a) {
     return a < 255 ? static_cast<double>(a) * v / 255.0 : v;
@@ -146,10 +161,11 @@ inline double MeasureIntensity(const ChannelType<Depth>* pixel) {
 }
 
 // The curve index of an intensity: trunc(clamp(v, 0, 1) * 1023); NaN counts as 0.
+// Written as selects (1.0 * 1023.0 is exactly 1023) so that it compiles without branches.
 inline int32_t CurveIndex(double intensity) {
-  if (!(intensity > 0.0)) return 0;
-  if (intensity >= 1.0) return 1023;
-  return static_cast<int32_t>(intensity * 1023.0);
+  const double low = intensity > 0.0 ? intensity : 0.0;
+  const double clamped = low < 1.0 ? low : 1.0;
+  return static_cast<int32_t>(clamped * 1023.0);
 }
 
 }  // namespace morvane

@@ -1,11 +1,13 @@
 // The StretchKernel family: one routine per pixel depth, intensity origin and channel variant.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "render/StretchRenderRecord.h"
 #include "stretch/KernelVariant.h"
 #include "stretch/PixelTraits.h"
+#include "stretch/StretchCall.h"
 
 namespace morvane {
 
@@ -32,5 +34,71 @@ void StretchKernel(ChannelType<Depth>* dst, int32_t dstStride, const ChannelType
 // All 36 specialisations are instantiated in the library.
 template <PixelDepth Depth>
 StretchKernelFn<Depth> SelectStretchKernel(IntensityOrigin origin, ChannelVariant variant);
+
+// Where a kernel reads and writes: the images with their strides in channel elements, and the
+// intensity layer when there is one.
+template <typename Channel>
+struct KernelImages {
+  Channel* dst;
+  std::ptrdiff_t dstStride;
+  const Channel* src;
+  std::ptrdiff_t srcStride;
+  int32_t width;
+  int32_t height;
+  const Channel* layer;
+  std::ptrdiff_t layerStride;
+  int32_t layerWidth;
+  int32_t layerHeight;
+};
+
+// One kernel call split into its set-up and its lines. PrepareStretchKernel does everything a
+// kernel does before its first line (tables, shift, layer geometry, all from the whole image);
+// RenderLines then renders any range of lines. Lines never influence each other, so rendering
+// [0, lineCount()) in any partition into ranges, in any order or on several threads at once,
+// writes exactly what the single call writes. RenderLines only reads the prepared state, which
+// stays valid while the object lives and the images are not moved. Nothing is allocated.
+template <PixelDepth Depth>
+class PreparedStretchKernel {
+ public:
+  using Channel = ChannelType<Depth>;
+  using LineRangeFn = void (*)(const StretchCall& call, const KernelImages<Channel>& images,
+                               int32_t first, int32_t last);
+
+  // Lines of the call: rows for Right and Left, columns for Down and Up; 0 when there is
+  // nothing to render.
+  int32_t lineCount() const { return lines_ == nullptr ? 0 : call_.lineCount; }
+
+  // Renders lines [first, last) (clipped to the call's lines).
+  void RenderLines(int32_t first, int32_t last) const;
+
+  // The call's prepared quantities (valid when lineCount() > 0).
+  const StretchCall& call() const { return call_; }
+
+ private:
+  template <PixelDepth D>
+  friend void PrepareStretchKernel(PreparedStretchKernel<D>& prepared, IntensityOrigin origin,
+                                   ChannelVariant variant, ChannelType<D>* dst, int32_t dstStride,
+                                   const ChannelType<D>* src, int32_t srcStride, int32_t width,
+                                   int32_t height, StretchRenderRecord record, float scale,
+                                   const ChannelType<D>* layerPixels, int32_t layerWidth,
+                                   int32_t layerHeight, int32_t layerStride, int32_t originX,
+                                   int32_t originY);
+
+  StretchCall call_;
+  KernelImages<Channel> images_{};
+  LineRangeFn lines_ = nullptr;
+};
+
+// Prepares the kernel (origin, variant) of this depth with the fourteen kernel arguments, as
+// the kernel itself would before its first line. Unknown origins or variants, an empty image
+// or null pixels prepare nothing (lineCount() 0).
+template <PixelDepth Depth>
+void PrepareStretchKernel(PreparedStretchKernel<Depth>& prepared, IntensityOrigin origin,
+                          ChannelVariant variant, ChannelType<Depth>* dst, int32_t dstStride,
+                          const ChannelType<Depth>* src, int32_t srcStride, int32_t width,
+                          int32_t height, StretchRenderRecord record, float scale,
+                          const ChannelType<Depth>* layerPixels, int32_t layerWidth,
+                          int32_t layerHeight, int32_t layerStride, int32_t originX,
+                          int32_t originY);
 
 }  // namespace morvane

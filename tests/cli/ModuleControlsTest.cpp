@@ -8,10 +8,14 @@
 namespace morvane::cli::test {
 namespace {
 
+// The simulated host runs one session per process at a time, so each
+// profile's controls are read once and kept.
+ModuleInfo ReadInfo(HostProfile profile) { return OpenRenderBackend(ModulePath(), profile)->Info(); }
+
 const ModuleInfo& Info(HostProfile profile) {
-  static const auto ae = OpenRenderBackend(ModulePath(), HostProfile::Ae);
-  static const auto premiere = OpenRenderBackend(ModulePath(), HostProfile::Premiere);
-  return (profile == HostProfile::Premiere ? premiere : ae)->Info();
+  static const ModuleInfo ae = ReadInfo(HostProfile::Ae);
+  static const ModuleInfo premiere = ReadInfo(HostProfile::Premiere);
+  return profile == HostProfile::Premiere ? premiere : ae;
 }
 
 const ControlSpec* Find(const ModuleInfo& info, const std::string& option) {

@@ -252,5 +252,40 @@ TEST_F(Frei0rModule, InstancesRenderConcurrently) {
   }
 }
 
+// MLT's sliced rendering calls one instance from several threads at once, setting the same
+// parameter values from each: every call must still render its own frame.
+TEST_F(Frei0rModule, OneInstanceServesSeveralThreadsAtOnce) {
+  constexpr int kThreads = 4;
+  f0r_instance_t instance = filter.construct(kWidth, kHeight);
+  Set(filter, instance, 0, "right");
+  Set(filter, instance, 3, 0.05);
+  std::array<std::vector<uint8_t>, kThreads> inputs;
+  std::array<std::vector<uint8_t>, kThreads> expected;
+  std::array<std::vector<uint8_t>, kThreads> results;
+  for (int i = 0; i < kThreads; ++i) {
+    inputs[i] = TestFrame(10 + i);
+    expected[i].resize(inputs[i].size());
+    results[i].resize(inputs[i].size());
+    filter.update(instance, 0.0, reinterpret_cast<const uint32_t*>(inputs[i].data()),
+                  reinterpret_cast<uint32_t*>(expected[i].data()));
+  }
+  std::vector<std::thread> threads;
+  for (int i = 0; i < kThreads; ++i)
+    threads.emplace_back([&, i] {
+      for (int frame = 0; frame < 50; ++frame) {
+        Set(filter, instance, 0, "right");
+        Set(filter, instance, 3, 0.05);
+        filter.update(instance, frame, reinterpret_cast<const uint32_t*>(inputs[i].data()),
+                      reinterpret_cast<uint32_t*>(results[i].data()));
+        if (results[i] != expected[i]) return;
+      }
+    });
+  for (auto& thread : threads)
+    thread.join();
+  for (int i = 0; i < kThreads; ++i)
+    EXPECT_EQ(results[i], expected[i]) << i;
+  filter.destruct(instance);
+}
+
 }  // namespace
 }  // namespace morvane::frei0r

@@ -93,13 +93,15 @@ TEST_P(DispatchRegression, TinyStretchLengthsStillEndEveryLine) {
   }
 }
 
+std::string DepthName(const testing::TestParamInfo<PixelDepth>& info) {
+  constexpr const char* kNames[] = {"Depth8", "Depth16", "Depth32f"};
+  return kNames[static_cast<int>(info.param)];
+}
+
 INSTANTIATE_TEST_SUITE_P(AllDepths, DispatchRegression,
                          testing::Values(PixelDepth::Depth8, PixelDepth::Depth16,
                                          PixelDepth::Depth32f),
-                         [](const testing::TestParamInfo<PixelDepth>& info) {
-                           constexpr const char* kNames[] = {"Depth8", "Depth16", "Depth32f"};
-                           return std::string(kNames[static_cast<int>(info.param)]);
-                         });
+                         DepthName);
 
 }  // namespace
 }  // namespace morvane::fuzz

@@ -1,7 +1,5 @@
 #include "tests/params/FakeHost.h"
 
-#include <cstdarg>
-#include <cstdio>
 #include <cstring>
 #include <stdexcept>
 
@@ -48,14 +46,6 @@ A_char* StringCopy(A_char* dst, const A_char* src) {
   return std::strcpy(dst, src);
 }
 
-int Format(A_char* dst, const A_char* format, ...) {
-  va_list args;
-  va_start(args, format);
-  const int written = std::vsprintf(dst, format, args);
-  va_end(args);
-  return written;
-}
-
 SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
   FakeHost& host = *current;
   *suite = nullptr;
@@ -80,41 +70,6 @@ PF_Err UpdateParamUI(PF_ProgPtr effect_ref, PF_ParamIndex index, const PF_ParamD
   host.uiUpdates.push_back({index, def->ui_flags});
   const auto failure = host.uiUpdateErrors.find(call);
   return failure == host.uiUpdateErrors.end() ? PF_Err_NONE : failure->second;
-}
-
-// Handles: a master pointer to a block, as the host keeps them.
-PF_Handle NewHandle(A_HandleSize size) {
-  FakeHost& host = *current;
-  if (host.failNewHandle) return nullptr;
-  ++host.handlesAllocated;
-  return new void*(::operator new(size));
-}
-
-void* LockHandle(PF_Handle handle) {
-  FakeHost& host = *current;
-  if (host.failLockHandle) return nullptr;
-  ++host.locks;
-  return *handle;
-}
-
-void UnlockHandle(PF_Handle /*handle*/) {
-  ++current->unlocks;
-}
-
-void DisposeHandle(PF_Handle handle) {
-  ++current->handlesDisposed;
-  ::operator delete(*handle);
-  delete handle;
-}
-
-PF_Err GetWorldFormat(const PF_EffectWorld* /*world*/, PF_PixelFormat* format) {
-  *format = current->worldFormat;
-  return PF_Err_NONE;
-}
-
-PF_Err GetPremiereFormat(PF_EffectWorld* /*world*/, PrPixelFormat* format) {
-  *format = current->premiereFormat;
-  return PF_Err_NONE;
 }
 
 PF_Err CheckoutLayer(PF_ProgPtr effect_ref, PF_ParamIndex index, A_long checkout_id,
@@ -148,12 +103,6 @@ PF_Err CheckinLayerPixels(PF_ProgPtr effect_ref, A_long checkout_id) {
   return PF_Err_NONE;
 }
 
-PF_Err CheckoutOutput(PF_ProgPtr effect_ref, PF_EffectWorld** output) {
-  FakeHost& host = FakeHost::From(effect_ref);
-  *output = host.output;
-  return host.outputError;
-}
-
 }  // namespace
 
 FakeHost::FakeHost() {
@@ -165,28 +114,15 @@ FakeHost::FakeHost() {
   in_data.inter.checkout_param = CheckoutParam;
   in_data.inter.checkin_param = CheckinParam;
   utils_.ansi.strcpy = StringCopy;
-  utils_.ansi.sprintf = Format;
   in_data.utils = &utils_;
   basic_.AcquireSuite = AcquireSuite;
   basic_.ReleaseSuite = ReleaseSuite;
   in_data.pica_basicP = &basic_;
   paramUtils_.PF_UpdateParamUI = UpdateParamUI;
   OfferSuite(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3, &paramUtils_);
-  handleSuite_.host_new_handle = NewHandle;
-  handleSuite_.host_lock_handle = LockHandle;
-  handleSuite_.host_unlock_handle = UnlockHandle;
-  handleSuite_.host_dispose_handle = DisposeHandle;
-  OfferSuite(kPFHandleSuite, kPFHandleSuiteVersion1, &handleSuite_);
-  worldSuite_.PF_GetPixelFormat = GetWorldFormat;
-  OfferSuite(kPFWorldSuite, kPFWorldSuiteVersion2, &worldSuite_);
-  pixelFormatSuite_.GetPixelFormat = GetPremiereFormat;
-  OfferSuite(kPFPixelFormatSuite, kPFPixelFormatSuiteVersion1, &pixelFormatSuite_);
   preRenderCallbacks.checkout_layer = CheckoutLayer;
   smartRenderCallbacks.checkout_layer_pixels = CheckoutLayerPixels;
   smartRenderCallbacks.checkin_layer_pixels = CheckinLayerPixels;
-  smartRenderCallbacks.checkout_output = CheckoutOutput;
-  in_data.downsample_x = {1, 1};
-  in_data.downsample_y = {1, 1};
   in_data.current_time = 0;
   in_data.time_step = 1;
   in_data.time_scale = 24;

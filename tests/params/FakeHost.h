@@ -67,18 +67,6 @@ class FakeHost {
   std::vector<UIUpdate> uiUpdates;
   std::map<std::size_t, PF_Err> uiUpdateErrors;  // call number (0-based) -> error
 
-  // --- "PF Handle Suite" 2 -------------------------------------------------
-  bool failNewHandle = false;
-  bool failLockHandle = false;
-  int handlesAllocated = 0;
-  int handlesDisposed = 0;
-  int locks = 0;
-  int unlocks = 0;
-
-  // --- "PF World Suite" 2 and "PF Pixel Format Suite" 1 ----------------------
-  PF_PixelFormat worldFormat = PF_PixelFormat_ARGB32;
-  PrPixelFormat premiereFormat = PrPixelFormat_ARGB_4444_8u;
-
   // --- Smart render callbacks ----------------------------------------------
   struct LayerCheckout {
     A_long index;
@@ -93,8 +81,6 @@ class FakeHost {
   std::map<A_long, PF_Err> pixelsErrors;     // checkout id -> error
   std::vector<A_long> pixelsCheckedOut;
   std::vector<A_long> pixelsCheckedIn;
-  PF_EffectWorld* output = nullptr;
-  PF_Err outputError = PF_Err_NONE;
   PF_PreRenderCallbacks preRenderCallbacks{};
   PF_SmartRenderCallbacks smartRenderCallbacks{};
 
@@ -109,9 +95,6 @@ class FakeHost {
   PF_UtilCallbacks utils_{};
   SPBasicSuite basic_{};
   PF_ParamUtilsSuite3 paramUtils_{};
-  PF_HandleSuite1 handleSuite_{};
-  PF_WorldSuite2 worldSuite_{};
-  PF_PixelFormatSuite1 pixelFormatSuite_{};
 };
 
 }  // namespace morvane::testing

@@ -43,15 +43,6 @@ TEST_F(ParamCheckout, ByIdWithoutArrayAsksTheHostAtTheCurrentTime) {
   EXPECT_EQ(host.checkoutTimes[0].scale, 25u);
 }
 
-TEST_F(ParamCheckout, NowAsksTheHostEvenWithAnArray) {
-  std::vector<PF_ParamDef*> array = host.ParamArray();
-  PF_ParamDef buffer;
-  (void)array;
-  EXPECT_EQ(CheckoutParamNow(&host.in_data, ParamId::IntensitySource, buffer), &buffer);
-  ASSERT_EQ(host.checkouts.size(), 1u);
-  EXPECT_EQ(host.checkouts[0], ParamPosition(ParamId::IntensitySource));
-}
-
 TEST_F(ParamCheckout, HostErrorIsRaisedAsItsValue) {
   host.checkoutErrors[ParamPosition(ParamId::CurvePhase)] = PF_Interrupt_CANCEL;
   PF_ParamDef buffer;

@@ -153,29 +153,6 @@ INSTANTIATE_TEST_SUITE_P(
                       Profile{"AE_13_24", kAfterEffects, 13, 24, 24, true, true, "", PF_PUI_TOPIC}),
     [](const ::testing::TestParamInfo<Profile>& info) { return std::string(info.param.label); });
 
-TEST(ParamsSetup, KnownPositionsInThreeHosts) {
-  FakeHost host;
-  ASSERT_EQ(ParamsSetup(&host.in_data, &host.out_data, nullptr), PF_Err_NONE);
-  EXPECT_EQ(ParamPosition(ParamId::Header), 1);
-  EXPECT_EQ(ParamPosition(ParamId::Direction), 2);
-  EXPECT_EQ(ParamPosition(ParamId::CurveGraph), 11);
-  EXPECT_EQ(ParamPosition(ParamId::TransparencyFeather), 23);
-
-  host.SetHost(kPremiere, 13, 27);
-  host.added.clear();
-  ASSERT_EQ(ParamsSetup(&host.in_data, &host.out_data, nullptr), PF_Err_NONE);
-  EXPECT_EQ(ParamPosition(ParamId::Direction), 1);
-  EXPECT_EQ(ParamPosition(ParamId::CurveGraph), 10);
-  EXPECT_EQ(ParamPosition(ParamId::TransparencyFeather), 22);
-
-  host.SetHost(kAfterEffects, 13, 8);
-  host.added.clear();
-  ASSERT_EQ(ParamsSetup(&host.in_data, &host.out_data, nullptr), PF_Err_NONE);
-  EXPECT_EQ(ParamPosition(ParamId::CurveSmoothness), 9);
-  EXPECT_EQ(ParamPosition(ParamId::StretchStartOffset), 10);
-  EXPECT_EQ(ModuleParamPositionTable().Size(), 21u);
-}
-
 // What the host must receive for each ordinary control.
 struct SliderExpectation {
   ParamId id;

@@ -429,15 +429,67 @@ TEST_F(EndToEnd, UnknownPixelFormatFailsWithTheOutputUntouched) {
             std::vector<uint8_t>(result.output.bytes.size(), hostsim::kUnwrittenByte));
 }
 
-TEST_F(EndToEnd, HostErrorDuringTheReadOutEndsThePreRenderCleanly) {
+// A host failure at one point of a frame: the frame fails with the expected
+// error, the output stays as the host made it, and everything is given back
+// (checked when the session ends).
+struct SmartFault {
+  const char* label;
+  std::string function;  // empty: the world suite is withheld instead
+  PF_Err injected;
+  int skip;
+  PF_Err preRender;
+  PF_Err render;
+  const char* message;
+};
+
+class SmartRenderFaults : public EndToEnd, public ::testing::WithParamInterface<SmartFault> {};
+
+TEST_P(SmartRenderFaults, FrameFailsCleanly) {
+  const SmartFault& fault = GetParam();
   Start(HostProfile::AfterEffects());
-  PF_EffectWorld* input = NewLayer(8, 8, hostsim::PixelDepth::Bits8, 2);
-  host_->Faults().Fail(hostsim::Callback("inter", "checkout_param"), PF_Interrupt_CANCEL, 9, 1);
+  PF_EffectWorld* input = NewLayer(8, 6, hostsim::PixelDepth::Bits8, 2);
+  host_->SetLayer(*instance_, "Intensity Source", NewLayer(8, 6, hostsim::PixelDepth::Bits8, 3));
+  if (fault.function.empty()) {
+    host_->Faults().WithholdSuite(kPFWorldSuite, kPFWorldSuiteVersion2);
+  } else {
+    host_->Faults().Fail(fault.function, fault.injected, fault.skip, 1);
+  }
   const auto result = host_->RenderSmart(*instance_, SmartFrameOf(input));
-  EXPECT_EQ(result.preRenderErr, PF_Interrupt_CANCEL);
-  EXPECT_FALSE(result.rendered);
+  EXPECT_EQ(result.preRenderErr, fault.preRender);
+  EXPECT_EQ(result.renderErr, fault.render);
+  EXPECT_EQ(result.message, fault.message);
+  EXPECT_EQ(result.output.bytes,
+            std::vector<uint8_t>(result.output.bytes.size(), hostsim::kUnwrittenByte));
   EXPECT_EQ(host_->Handles().LiveCount(), 1u) << "only the sequence data";
 }
+
+std::string HandleFn(const char* member) {
+  return hostsim::SuiteFunction(kPFHandleSuite, kPFHandleSuiteVersion1, member);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Failures, SmartRenderFaults,
+    ::testing::Values(
+        SmartFault{"NoMemoryForTheRecord", HandleFn("host_new_handle"), 0, 0, PF_Err_OUT_OF_MEMORY,
+                   PF_Err_NONE, ""},
+        SmartFault{"ReadOutInterrupted", hostsim::Callback("inter", "checkout_param"),
+                   PF_Interrupt_CANCEL, 9, PF_Interrupt_CANCEL, PF_Err_NONE, ""},
+        SmartFault{"IntensityLayerRequestRefused", hostsim::Callback("prerender", "checkout_layer"),
+                   PF_Err_OUT_OF_MEMORY, 0, PF_Err_OUT_OF_MEMORY, PF_Err_NONE, ""},
+        SmartFault{"InputRequestRefused", hostsim::Callback("prerender", "checkout_layer"),
+                   PF_Err_INVALID_INDEX, 1, PF_Err_INVALID_INDEX, PF_Err_NONE, ""},
+        SmartFault{"RecordCannotBeLocked", HandleFn("host_lock_handle"), 0, 1, PF_Err_NONE,
+                   PF_Err_INTERNAL_STRUCT_DAMAGED, ""},
+        SmartFault{"InputPixelsRefused", hostsim::Callback("smartrender", "checkout_layer_pixels"),
+                   PF_Err_OUT_OF_MEMORY, 0, PF_Err_NONE, PF_Err_OUT_OF_MEMORY, ""},
+        SmartFault{"OutputRefused", hostsim::Callback("smartrender", "checkout_output"),
+                   PF_Interrupt_CANCEL, 0, PF_Err_NONE, PF_Interrupt_CANCEL, ""},
+        SmartFault{"IntensityPixelsRefused",
+                   hostsim::Callback("smartrender", "checkout_layer_pixels"), PF_Err_OUT_OF_MEMORY,
+                   1, PF_Err_NONE, PF_Err_OUT_OF_MEMORY, ""},
+        SmartFault{"NoWorldSuite", "", 0, 0, PF_Err_NONE, A_Err_MISSING_SUITE,
+                   "Not able to acquire AEFX Suite."}),
+    [](const ::testing::TestParamInfo<SmartFault>& info) { return std::string(info.param.label); });
 
 TEST_F(EndToEnd, HundredFramesLeaveNothingBehind) {
   Start(HostProfile::AfterEffects());
@@ -515,6 +567,30 @@ TEST_F(EndToEnd, PremiereUnknownFormatChecksTheLayersIn) {
   EXPECT_EQ(result.err, PF_Err_UNRECOGNIZED_PARAM_TYPE);
   EXPECT_EQ(result.output.bytes,
             std::vector<uint8_t>(result.output.bytes.size(), hostsim::kUnwrittenByte));
+}
+
+TEST_F(EndToEnd, PremiereLayerFailuresAreReturnedWithEverythingCheckedIn) {
+  Start(HostProfile::Premiere());
+  PF_EffectWorld* input = NewLayer(9, 5, hostsim::PixelDepth::Bits8, 1);
+  const int formatSuites = host_->Suites().Acquisitions(kPFPixelFormatSuite, 1);
+  const std::string checkout = hostsim::Callback("inter", "checkout_param");
+
+  // The intensity layer is read first: its failure ends the command before any suite.
+  host_->Faults().Fail(checkout, PF_Err_INVALID_INDEX, 0, 1);
+  const auto layer =
+      host_->RenderLegacy(*instance_, LegacyFrameOf(input, hostsim::PixelDepth::Bits8));
+  EXPECT_EQ(layer.err, PF_Err_INVALID_INDEX);
+  EXPECT_EQ(host_->Suites().Acquisitions(kPFPixelFormatSuite, 1), formatSuites);
+
+  // Then the effect's own layer.
+  host_->Faults().Fail(checkout, PF_Err_OUT_OF_MEMORY, 1, 1);
+  const auto own =
+      host_->RenderLegacy(*instance_, LegacyFrameOf(input, hostsim::PixelDepth::Bits8));
+  EXPECT_EQ(own.err, PF_Err_OUT_OF_MEMORY);
+  for (const auto& result : {layer, own}) {
+    EXPECT_EQ(result.output.bytes,
+              std::vector<uint8_t>(result.output.bytes.size(), hostsim::kUnwrittenByte));
+  }
 }
 
 }  // namespace

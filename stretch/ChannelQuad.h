@@ -1,0 +1,149 @@
+// The four channels of a pixel as doubles, two to a vector register, so that the variants that
+// write several channels carry them through the resampler together. Every operation is the
+// per-channel double operation itself (lane by lane, no fused or reordered arithmetic), so the
+// results are exactly those of four scalar computations.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+#include "stretch/PixelTraits.h"
+
+namespace morvane {
+
+using DoublePair = double __attribute__((vector_size(16)));
+
+// Channels in memory order: alpha, red, green, blue.
+struct ChannelQuad {
+  DoublePair lo;  // alpha, red
+  DoublePair hi;  // green, blue
+
+  double operator[](int i) const { return i < 2 ? lo[i] : hi[i - 2]; }
+};
+
+inline ChannelQuad operator+(const ChannelQuad& a, const ChannelQuad& b) {
+  return {a.lo + b.lo, a.hi + b.hi};
+}
+inline ChannelQuad operator-(const ChannelQuad& a, const ChannelQuad& b) {
+  return {a.lo - b.lo, a.hi - b.hi};
+}
+inline ChannelQuad operator*(const ChannelQuad& a, const ChannelQuad& b) {
+  return {a.lo * b.lo, a.hi * b.hi};
+}
+inline ChannelQuad operator*(const ChannelQuad& a, double s) {
+  return {a.lo * s, a.hi * s};
+}
+inline ChannelQuad operator/(const ChannelQuad& a, double s) {
+  return {a.lo / s, a.hi / s};
+}
+
+// The multipliers of one pixel: alpha on the alpha channel, colour on the other three.
+inline ChannelQuad QuadMultipliers(double alpha, double colour) {
+  return {DoublePair{alpha, colour}, DoublePair{colour, colour}};
+}
+
+// A pixel's four channels converted to double.
+template <PixelDepth Depth>
+inline ChannelQuad LoadQuad(const ChannelType<Depth>* pixel) {
+#if defined(__SSE2__)
+  if constexpr (Depth == PixelDepth::Depth8) {
+    int32_t word;
+    std::memcpy(&word, pixel, 4);
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i ints =
+        _mm_unpacklo_epi16(_mm_unpacklo_epi8(_mm_cvtsi32_si128(word), zero), zero);
+    return {DoublePair(_mm_cvtepi32_pd(ints)),
+            DoublePair(_mm_cvtepi32_pd(_mm_shuffle_epi32(ints, 0x0e)))};
+  } else if constexpr (Depth == PixelDepth::Depth16) {
+    const __m128i ints = _mm_unpacklo_epi16(
+        _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixel)), _mm_setzero_si128());
+    return {DoublePair(_mm_cvtepi32_pd(ints)),
+            DoublePair(_mm_cvtepi32_pd(_mm_shuffle_epi32(ints, 0x0e)))};
+  } else {
+    const __m128 floats = _mm_loadu_ps(pixel);
+    return {DoublePair(_mm_cvtps_pd(floats)),
+            DoublePair(_mm_cvtps_pd(_mm_movehl_ps(floats, floats)))};
+  }
+#else
+  return {DoublePair{static_cast<double>(pixel[0]), static_cast<double>(pixel[1])},
+          DoublePair{static_cast<double>(pixel[2]), static_cast<double>(pixel[3])}};
+#endif
+}
+
+namespace detail {
+
+#if defined(__SSE2__)
+// DepthTraits<Depth>::Store on two lanes: saturated to 0 ... white (NaN gives 0), rounded half
+// away from zero; the whole numbers in the two low 32-bit lanes.
+template <int kWhite>
+inline __m128i RoundPair(DoublePair v) {
+  const DoublePair zero = {0.0, 0.0};
+  const DoublePair top = {double(kWhite), double(kWhite)};
+  const DoublePair low = v > zero ? v : zero;
+  const DoublePair clamped = low < top ? low : top;
+  const __m128i whole = _mm_cvttpd_epi32(__m128d(clamped));
+  const DoublePair fraction = clamped - DoublePair(_mm_cvtepi32_pd(whole));
+  const DoublePair half = {0.5, 0.5};
+  // Each comparison lane is all ones (-1) where the fraction reaches one half.
+  const __m128i up = _mm_shuffle_epi32(__m128i(fraction >= half), 0x08);
+  return _mm_sub_epi32(whole, up);
+}
+#endif
+
+}  // namespace detail
+
+// Stores the channels of `value` that a variant writes (all four, or red, green and blue),
+// converted for the depth exactly as DepthTraits<Depth>::Store converts one channel.
+template <PixelDepth Depth, bool kWithAlpha>
+inline void StoreQuad(ChannelType<Depth>* pixel, const ChannelQuad& value) {
+#if defined(__SSE2__)
+  if constexpr (Depth == PixelDepth::Depth32f) {
+    const __m128 floats =
+        _mm_movelh_ps(_mm_cvtpd_ps(__m128d(value.lo)), _mm_cvtpd_ps(__m128d(value.hi)));
+    if constexpr (kWithAlpha) {
+      _mm_storeu_ps(pixel, floats);
+    } else {
+      float lanes[4];
+      _mm_storeu_ps(lanes, floats);
+      std::memcpy(pixel + 1, lanes + 1, 3 * sizeof(float));
+    }
+  } else {
+    constexpr int kWhite = Depth == PixelDepth::Depth8 ? 255 : 32768;
+    const __m128i ints = _mm_unpacklo_epi64(detail::RoundPair<kWhite>(value.lo),
+                                            detail::RoundPair<kWhite>(value.hi));
+    if constexpr (Depth == PixelDepth::Depth8) {
+      const __m128i bytes = _mm_packus_epi16(_mm_packs_epi32(ints, ints), ints);
+      const auto word = static_cast<uint32_t>(_mm_cvtsi128_si32(bytes));
+      if constexpr (kWithAlpha) {
+        std::memcpy(pixel, &word, 4);
+      } else {
+        uint8_t lanes[4];
+        std::memcpy(lanes, &word, 4);
+        std::memcpy(pixel + 1, lanes + 1, 3);
+      }
+    } else {
+      // 0 ... 32768 does not fit a signed 16-bit pack: shift into the signed range and back.
+      const __m128i bias = _mm_set1_epi32(32768);
+      const __m128i shifted = _mm_sub_epi32(ints, bias);
+      const __m128i words =
+          _mm_xor_si128(_mm_packs_epi32(shifted, shifted), _mm_set1_epi16(int16_t(-32768)));
+      uint16_t lanes[8];
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(lanes), words);
+      if constexpr (kWithAlpha) {
+        std::memcpy(pixel, lanes, 4 * sizeof(uint16_t));
+      } else {
+        std::memcpy(pixel + 1, lanes + 1, 3 * sizeof(uint16_t));
+      }
+    }
+  }
+#else
+  for (int c = kWithAlpha ? 0 : 1; c < 4; ++c)
+    pixel[c] = DepthTraits<Depth>::Store(value[c]);
+#endif
+}
+
+}  // namespace morvane
