@@ -12,7 +12,7 @@ namespace morvane::cli {
 
 namespace {
 
-constexpr char kFooter[] = R"(Controls:
+constexpr char kFooter[] = R"(Control values:
   Every control of the effect has one option, named after it in kebab-case, and
   is read from the loaded module. Popup items are given in kebab-case. Angles are
   in degrees (stored as 16.16 fixed point, rounded half away from zero). Values
@@ -85,7 +85,9 @@ RenderCommand::RenderCommand(CLI::App& app, std::unique_ptr<RenderBackend> backe
       ->check(CLI::Range(1, 8))
       ->option_text("N")
       ->capture_default_str();
-  c.add_option("--frames", frames_, "Frames to render, for file names with a frame placeholder")
+  c.add_option("--frames", frames_,
+               "Frames to render, A-B or A (default 0): the frame numbers put into file names "
+               "with a placeholder and the times at which keyframed controls are read")
       ->option_text("A-B");
   c.add_option("--jobs", jobs_, "Frames rendered in parallel (default: the number of cores)")
       ->check(CLI::Range(1, 1024))

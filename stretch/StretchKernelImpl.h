@@ -41,21 +41,7 @@ inline LineLayout ImageLineLayout(Direction direction, std::ptrdiff_t stride, in
   return {0, stride, 4};
 }
 
-// Where a kernel reads and writes: the images with their strides in channel elements, and the
-// intensity layer when there is one.
-template <typename Channel>
-struct KernelImages {
-  Channel* dst;
-  std::ptrdiff_t dstStride;
-  const Channel* src;
-  std::ptrdiff_t srcStride;
-  int32_t width;
-  int32_t height;
-  const Channel* layer;
-  std::ptrdiff_t layerStride;
-  int32_t layerWidth;
-  int32_t layerHeight;
-};
+using morvane::KernelImages;
 
 // Intensity read from the image's own line at a whole position. The intensity is never faded,
 // so Transparent samples like Wrap.
@@ -117,12 +103,37 @@ class LayerIntensitySource {
   int32_t extent_ = 1;
 };
 
-template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant, EdgeMode Mode>
-void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>>& images) {
+// Whether the step multipliers can differ from 1.0 for a variant: a shading table with an entry
+// other than 1.0 routed to channels the variant writes, or the Transparent fade on alpha. When
+// they cannot, the kernel leaves the multiplications by 1.0 out, which changes no value.
+template <ChannelVariant Variant>
+bool MultipliersAct(const StretchCall& call) {
+  if (call.edgeMode == EdgeMode::Transparent && kWritesAlpha<Variant>) return true;
+  bool unit = true;
+  for (int32_t i = 0; i < call.shading.size; ++i)
+    unit = unit && call.shading.entries[i] == 1.0;
+  if (unit) return false;
+  return call.shadingChannel == ShadingChannel::RGB ? Variant != ChannelVariant::Alpha
+                                                    : kWritesAlpha<Variant>;
+}
+
+// The multipliers of one channel set: alpha on alpha, colour on red, green and blue.
+template <ChannelVariant Variant>
+ResampledValue<Variant> ChannelMultipliers(double alpha, double colour) {
+  if constexpr (kChannelCount<Variant> == 1) {
+    return VariantTraits<Variant>::kChannels[0] == kAlpha ? alpha : colour;
+  } else {
+    return QuadMultipliers(alpha, colour);
+  }
+}
+
+// Renders lines [first, last) of a prepared call.
+template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant, EdgeMode Mode,
+          bool kMultiply>
+void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>>& images,
+                  int32_t first, int32_t last) {
   using Channel = ChannelType<Depth>;
-  constexpr int kCount = kChannelCount<Variant>;
-  constexpr auto kChannels = VariantTraits<Variant>::kChannels;
-  using Values = ChannelValues<kCount>;
+  using Value = ResampledValue<Variant>;
   using IntensitySource =
       std::conditional_t<Origin == IntensityOrigin::LayerIntensity,
                          LayerIntensitySource<Channel, Mode>, SelfIntensitySource<Channel, Mode>>;
@@ -138,27 +149,32 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
   const int64_t distributionPixels = call.distributionPixels;
   const ShadingChannel shadingChannel = call.shadingChannel;
   const double* curve = call.curve.data();
+  const std::ptrdiff_t pixelStep = in.pixelStep;
 
-  LineResampler<kCount> resampler;
-  for (int32_t line = 0; line < call.lineCount; ++line) {
+  for (int32_t line = std::max(first, 0); line < std::min(last, call.lineCount); ++line) {
     const Channel* source = images.src + in.first + std::ptrdiff_t{line} * in.lineStep;
     OutputCursor<Depth, Variant> cursor(
         images.dst + out.first + std::ptrdiff_t{line} * out.lineStep, out.pixelStep, length);
     LinePositionWalker<Mode> colour(length, call.shift.colourStart);
-    LinePositionWalker<Mode> next(length, call.shift.colourStart + 1);
-    IntensitySource intensity(call, images, source, in.pixelStep, line);
+    IntensitySource intensity(call, images, source, pixelStep, line);
+    LineResampler<Value> resampler;
     resampler.ResetLine();
 
     // Start-offset copy: unstretched, unshaded, alpha faded by the edge.
     for (int32_t i = 0; i < startCount; ++i) {
-      cursor.Copy(source + colour.Index() * in.pixelStep, colour.Fade(feather));
+      cursor.Copy(source + colour.Index() * pixelStep, colour.Fade(feather));
       colour.Advance();
-      next.Advance();
       intensity.Advance();
       resampler.AdvanceCopied();
     }
     if (startCount >= length) continue;
 
+    // The next source pixel of one step is the current one of the following step: its values
+    // and its fade are carried over instead of being read again.
+    LinePositionWalker<Mode> next = colour;
+    next.Advance();
+    Value current = LoadChannels<Depth, Variant>(source + colour.Index() * pixelStep);
+    double fadeCurrent = colour.Fade(feather);
     ShadeWalker shade(call.shading, call.shift.imageShiftOffset);
     for (int64_t step = 0;; ++step) {
       const double measured = MeasureIntensity<Depth, Variant>(intensity.Pixel());
@@ -167,82 +183,110 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
       stretch = ApplyDistribution(distributionMode, stretch, step, distributionPixels);
       stretch = GuardStretchLength(stretch);
 
-      const StepMultipliers m = RouteShades(shadingChannel, shade.Current(), shade.Next());
-      const double alphaCurrent = m.alphaCurrent * colour.Fade(feather);
-      const double alphaNext = m.alphaNext * next.Fade(feather);
-
-      const Channel* currentPixel = source + colour.Index() * in.pixelStep;
-      const Channel* nextPixel = source + next.Index() * in.pixelStep;
-      Values current;
-      Values following;
-      Values currentMul;
-      Values nextMul;
-      for (int k = 0; k < kCount; ++k) {
-        const int c = kChannels[k];
-        current[k] = static_cast<double>(currentPixel[c]);
-        following[k] = static_cast<double>(nextPixel[c]);
-        currentMul[k] = c == kAlpha ? alphaCurrent : m.colourCurrent;
-        nextMul[k] = c == kAlpha ? alphaNext : m.colourNext;
+      const Value following = LoadChannels<Depth, Variant>(source + next.Index() * pixelStep);
+      if constexpr (kMultiply) {
+        const StepMultipliers m = RouteShades(shadingChannel, shade.Current(), shade.Next());
+        const double fadeNext = next.Fade(feather);
+        const Value currentMul =
+            ChannelMultipliers<Variant>(m.alphaCurrent * fadeCurrent, m.colourCurrent);
+        const Value nextMul = ChannelMultipliers<Variant>(m.alphaNext * fadeNext, m.colourNext);
+        if (resampler.Step(stretch, current, following, currentMul, nextMul, cursor)) break;
+        fadeCurrent = fadeNext;
+        shade.Advance();
+      } else {
+        if (resampler.Step(stretch, current, following, cursor)) break;
       }
-      if (resampler.Step(stretch, current, following, currentMul, nextMul, cursor)) break;
-
-      colour.Advance();
+      current = following;
       next.Advance();
-      shade.Advance();
     }
   }
 }
 
-template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant>
-void RunStretchKernel(ChannelType<Depth>* dst, int32_t dstStride, const ChannelType<Depth>* src,
-                      int32_t srcStride, int32_t width, int32_t height, StretchRenderRecord& record,
-                      float scale, const ChannelType<Depth>* layerPixels, int32_t layerWidth,
-                      int32_t layerHeight, int32_t layerStride, int32_t originX, int32_t originY) {
-  if (width <= 0 || height <= 0 || dst == nullptr || src == nullptr) return;
-  constexpr bool kFromLayer = Origin == IntensityOrigin::LayerIntensity;
-  if constexpr (kFromLayer) {
-    if (layerPixels == nullptr || layerWidth <= 0 || layerHeight <= 0) {
-      RunStretchKernel<Depth, IntensityOrigin::SelfIntensity, Variant>(
-          dst, dstStride, src, srcStride, width, height, record, scale, nullptr, 0, 0, 0, 0, 0);
-      return;
-    }
-  }
+template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant, EdgeMode Mode>
+typename PreparedStretchKernel<Depth>::LineRangeFn SelectLines(bool multiply) {
+  return multiply ? &StretchLines<Depth, Origin, Variant, Mode, true>
+                  : &StretchLines<Depth, Origin, Variant, Mode, false>;
+}
 
-  // Tables live in this call's frame (about 10 KB): no heap allocation.
-  StretchCall call;
-  PrepareStretchCall(call, record, width, height, scale, kFromLayer, layerWidth, layerHeight,
-                     originX, originY);
-  const KernelImages<ChannelType<Depth>> images{dst,        dstStride,  src,         srcStride,
-                                                width,      height,     layerPixels, layerStride,
-                                                layerWidth, layerHeight};
+// The line routine for a prepared call: specialised by edge mode and by whether multipliers act.
+template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant>
+typename PreparedStretchKernel<Depth>::LineRangeFn SelectLines(const StretchCall& call) {
+  const bool multiply = MultipliersAct<Variant>(call);
   switch (call.edgeMode) {
     case EdgeMode::Mirror:
-      StretchLines<Depth, Origin, Variant, EdgeMode::Mirror>(call, images);
-      break;
+      return SelectLines<Depth, Origin, Variant, EdgeMode::Mirror>(multiply);
     case EdgeMode::RepeatLast:
-      StretchLines<Depth, Origin, Variant, EdgeMode::RepeatLast>(call, images);
-      break;
+      return SelectLines<Depth, Origin, Variant, EdgeMode::RepeatLast>(multiply);
     case EdgeMode::Transparent:
-      StretchLines<Depth, Origin, Variant, EdgeMode::Transparent>(call, images);
-      break;
+      return SelectLines<Depth, Origin, Variant, EdgeMode::Transparent>(multiply);
     case EdgeMode::Wrap:
-      StretchLines<Depth, Origin, Variant, EdgeMode::Wrap>(call, images);
       break;
   }
+  return SelectLines<Depth, Origin, Variant, EdgeMode::Wrap>(multiply);
 }
 
 }  // namespace morvane::detail
 
 namespace morvane {
 
+template <PixelDepth Depth>
+void PreparedStretchKernel<Depth>::RenderLines(int32_t first, int32_t last) const {
+  if (lines_ != nullptr && first < last) lines_(call_, images_, first, last);
+}
+
+template <PixelDepth Depth>
+void PrepareStretchKernel(PreparedStretchKernel<Depth>& prepared, IntensityOrigin origin,
+                          ChannelVariant variant, ChannelType<Depth>* dst, int32_t dstStride,
+                          const ChannelType<Depth>* src, int32_t srcStride, int32_t width,
+                          int32_t height, StretchRenderRecord record, float scale,
+                          const ChannelType<Depth>* layerPixels, int32_t layerWidth,
+                          int32_t layerHeight, int32_t layerStride, int32_t originX,
+                          int32_t originY) {
+  prepared.lines_ = nullptr;
+  const auto v = static_cast<int32_t>(variant);
+  if (v < 0 || v > 5) return;
+  if (origin != IntensityOrigin::SelfIntensity && origin != IntensityOrigin::LayerIntensity) return;
+  if (width <= 0 || height <= 0 || dst == nullptr || src == nullptr) return;
+  // A layer kernel without layer pixels reads the intensity from the image.
+  const bool useLayer = origin == IntensityOrigin::LayerIntensity && layerPixels != nullptr &&
+                        layerWidth > 0 && layerHeight > 0;
+  if (!useLayer) layerPixels = nullptr, layerWidth = layerHeight = layerStride = 0;
+
+  PrepareStretchCall(prepared.call_, record, width, height, scale, useLayer, layerWidth,
+                     layerHeight, originX, originY);
+  prepared.images_ = {dst,         dstStride,  src,        srcStride,  width,
+                      height,      layerPixels, layerStride, layerWidth, layerHeight};
+
+  using O = IntensityOrigin;
+  using V = ChannelVariant;
+  using Fn = typename PreparedStretchKernel<Depth>::LineRangeFn;
+  using Select = Fn (*)(const StretchCall&);
+  constexpr Select kSelf[] = {&detail::SelectLines<Depth, O::SelfIntensity, V::Luma>,
+                              &detail::SelectLines<Depth, O::SelfIntensity, V::Red>,
+                              &detail::SelectLines<Depth, O::SelfIntensity, V::Green>,
+                              &detail::SelectLines<Depth, O::SelfIntensity, V::Blue>,
+                              &detail::SelectLines<Depth, O::SelfIntensity, V::Alpha>,
+                              &detail::SelectLines<Depth, O::SelfIntensity, V::LumaNoAlpha>};
+  constexpr Select kLayer[] = {&detail::SelectLines<Depth, O::LayerIntensity, V::Luma>,
+                               &detail::SelectLines<Depth, O::LayerIntensity, V::Red>,
+                               &detail::SelectLines<Depth, O::LayerIntensity, V::Green>,
+                               &detail::SelectLines<Depth, O::LayerIntensity, V::Blue>,
+                               &detail::SelectLines<Depth, O::LayerIntensity, V::Alpha>,
+                               &detail::SelectLines<Depth, O::LayerIntensity, V::LumaNoAlpha>};
+  prepared.lines_ = (useLayer ? kLayer : kSelf)[v](prepared.call_);
+}
+
 template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant>
 void StretchKernel(ChannelType<Depth>* dst, int32_t dstStride, const ChannelType<Depth>* src,
                    int32_t srcStride, int32_t width, int32_t height, StretchRenderRecord record,
                    float scale, const ChannelType<Depth>* layerPixels, int32_t layerWidth,
                    int32_t layerHeight, int32_t layerStride, int32_t originX, int32_t originY) {
-  detail::RunStretchKernel<Depth, Origin, Variant>(dst, dstStride, src, srcStride, width, height,
-                                                   record, scale, layerPixels, layerWidth,
-                                                   layerHeight, layerStride, originX, originY);
+  // The prepared call holds the tables (about 10 KB) in this call's frame: no heap allocation.
+  PreparedStretchKernel<Depth> prepared;
+  PrepareStretchKernel<Depth>(prepared, Origin, Variant, dst, dstStride, src, srcStride, width,
+                              height, record, scale, layerPixels, layerWidth, layerHeight,
+                              layerStride, originX, originY);
+  prepared.RenderLines(0, prepared.lineCount());
 }
 
 template <PixelDepth Depth>
@@ -286,6 +330,11 @@ StretchKernelFn<Depth> SelectStretchKernel(IntensityOrigin origin, ChannelVarian
 #define MORVANE_INSTANTIATE_STRETCH_KERNELS(DEPTH)                           \
   MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::SelfIntensity)  \
   MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::LayerIntensity) \
-  template StretchKernelFn<DEPTH> SelectStretchKernel<DEPTH>(IntensityOrigin, ChannelVariant);
+  template StretchKernelFn<DEPTH> SelectStretchKernel<DEPTH>(IntensityOrigin, ChannelVariant); \
+  template class PreparedStretchKernel<DEPTH>;                                                 \
+  template void PrepareStretchKernel<DEPTH>(                                                   \
+      PreparedStretchKernel<DEPTH>&, IntensityOrigin, ChannelVariant, ChannelType<DEPTH>*,     \
+      int32_t, const ChannelType<DEPTH>*, int32_t, int32_t, int32_t, StretchRenderRecord,      \
+      float, const ChannelType<DEPTH>*, int32_t, int32_t, int32_t, int32_t, int32_t);
 
 }  // namespace morvane

@@ -73,7 +73,6 @@ TEST_P(DispatchRegression, TinyStretchLengthsStillEndEveryLine) {
       {1e-7, 100.0, 1},           // Linear Ramp Up at range 0 keeps the curve's length
       {5e-8, 100.0, 7},           // an unknown distribution mode leaves it unchanged
       {0.01, 101.0, 1},           // an intensity above 100 pushes the offset below 0.01
-      {1e-3, 100.0, 1},
   };
   for (const auto& k : cases) {
     DispatchCase c;

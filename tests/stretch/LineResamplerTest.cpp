@@ -15,7 +15,7 @@ std::vector<int> Resample(const std::vector<double>& source, double length, size
   std::vector<uint8_t> pixels(4 * outputLength, 0);
   OutputCursor<PixelDepth::Depth8, ChannelVariant::Red> cursor(pixels.data(), 4,
                                                                int32_t(outputLength));
-  LineResampler<1> resampler;
+  LineResampler<double> resampler;
   resampler.ResetLine();
   const size_t n = source.size();
   for (size_t j = 0;
@@ -41,38 +41,38 @@ struct CountingSink {
   int emitted = 0;
   int capacity = 100;
   double last = 0.0;
-  bool Emit(const ChannelValues<1>& v) {
-    last = v[0];
+  bool Emit(double v) {
+    last = v;
     return ++emitted == capacity;
   }
 };
 
 TEST(LineResampler, ExactBoundaryLeavesNoCarry) {
-  LineResampler<1> r;
+  LineResampler<double> r;
   CountingSink sink;
   r.ResetLine();
   r.Step(0.25, {40}, {80}, {1}, {1}, sink);
-  EXPECT_EQ(r.carry()[0], 10.0);
+  EXPECT_EQ(r.carry(), 10.0);
   r.Step(0.75, {80}, {0}, {1}, {1}, sink);
   EXPECT_EQ(sink.emitted, 1);
   EXPECT_EQ(sink.last, 70.0);
-  EXPECT_EQ(r.carry()[0], 0.0);
+  EXPECT_EQ(r.carry(), 0.0);
   EXPECT_EQ(r.linePosition(), 1.0);
 }
 
 TEST(LineResampler, RemainderThreshold) {
   for (const auto& [length, emitted] : {std::pair{1.999995, 2}, std::pair{1.99998, 1}}) {
-    LineResampler<1> r;
+    LineResampler<double> r;
     CountingSink sink;
     r.ResetLine();
     r.Step(length, {100}, {100}, {1}, {1}, sink);
     EXPECT_EQ(sink.emitted, emitted) << length;
-    EXPECT_EQ(r.carry()[0] > 0.0, emitted == 1) << length;
+    EXPECT_EQ(r.carry() > 0.0, emitted == 1) << length;
   }
 }
 
 TEST(LineResampler, LineFillingMidSpanDropsTheRest) {
-  LineResampler<1> r;
+  LineResampler<double> r;
   CountingSink sink;
   sink.capacity = 2;
   r.ResetLine();
@@ -85,7 +85,7 @@ TEST(LineResampler, MultipliersWeightCurrentAndNext) {
   // Current shaded by 0.5, next by 1: V(u) = ((200 - 50) u) / 3 + 50.
   std::vector<uint8_t> pixels(12, 0);
   OutputCursor<PixelDepth::Depth8, ChannelVariant::Alpha> cursor(pixels.data(), 4, 3);
-  LineResampler<1> r;
+  LineResampler<double> r;
   r.ResetLine();
   EXPECT_TRUE(r.Step(3.0, {100}, {200}, {0.5}, {1.0}, cursor));
   EXPECT_EQ((std::vector<int>{pixels[0], pixels[4], pixels[8], pixels[1]}),
@@ -106,7 +106,7 @@ TEST(Conversion, RoundsHalfAwayFromZeroAndSaturates) {
   // A carry overshooting white (multiplier above 1) saturates instead of wrapping.
   std::vector<uint8_t> pixels(4, 0);
   OutputCursor<PixelDepth::Depth8, ChannelVariant::Red> cursor(pixels.data(), 4, 1);
-  LineResampler<1> r;
+  LineResampler<double> r;
   r.ResetLine();
   r.Step(0.9, {255}, {255}, {1.2}, {1}, cursor);
   EXPECT_TRUE(r.Step(0.5, {255}, {255}, {1.2}, {1}, cursor));
