@@ -20,19 +20,26 @@ namespace {
 
 hostsim::HostProfile SimulatedProfile(HostProfile profile) {
   switch (profile) {
-    case HostProfile::Ae: return hostsim::HostProfile::AfterEffects();
-    case HostProfile::Ae1323: return hostsim::HostProfile::AfterEffects13_23();
-    case HostProfile::Ae138: return hostsim::HostProfile::OlderHost();
-    case HostProfile::Premiere: break;
+    case HostProfile::Ae:
+      return hostsim::HostProfile::AfterEffects();
+    case HostProfile::Ae1323:
+      return hostsim::HostProfile::AfterEffects13_23();
+    case HostProfile::Ae138:
+      return hostsim::HostProfile::OlderHost();
+    case HostProfile::Premiere:
+      break;
   }
   return hostsim::HostProfile::Premiere();
 }
 
 hostsim::PixelDepth SimulatedDepth(Depth depth) {
   switch (depth) {
-    case Depth::Depth8: return hostsim::PixelDepth::Bits8;
-    case Depth::Depth16: return hostsim::PixelDepth::Bits16;
-    case Depth::Depth32f: break;
+    case Depth::Depth8:
+      return hostsim::PixelDepth::Bits8;
+    case Depth::Depth16:
+      return hostsim::PixelDepth::Bits16;
+    case Depth::Depth32f:
+      break;
   }
   return hostsim::PixelDepth::Float32;
 }
@@ -94,7 +101,8 @@ std::vector<std::string> SplitItems(const char* names) {
   if (names == nullptr) return items;
   std::string item;
   std::istringstream in(names);
-  while (std::getline(in, item, '|')) items.push_back(item);
+  while (std::getline(in, item, '|'))
+    items.push_back(item);
   return items;
 }
 
@@ -145,7 +153,8 @@ double HostUnits(const ControlSetting& setting, double value) {
 class ScopedWorld {
  public:
   ScopedWorld(hostsim::WorldStore& store, const ArgbImage& image) : store_(store) {
-    world_ = store.Create(image.width(), image.height(), SimulatedDepth(image.depth()), kRowPadding);
+    world_ =
+        store.Create(image.width(), image.height(), SimulatedDepth(image.depth()), kRowPadding);
     std::visit(
         [this](const auto& pixels) {
           const std::size_t rowBytes = sizeof(pixels.values[0]) * 4 * std::size_t(pixels.width);
@@ -178,14 +187,18 @@ ArgbImage ImageFrom(const hostsim::Image& out) {
 
 ArgbImage ImageFrom(const hostsim::Image& out) {
   switch (out.depth) {
-    case hostsim::PixelDepth::Bits8: return ImageFrom<uint8_t>(out);
-    case hostsim::PixelDepth::Bits16: return ImageFrom<uint16_t>(out);
-    case hostsim::PixelDepth::Float32: break;
+    case hostsim::PixelDepth::Bits8:
+      return ImageFrom<uint8_t>(out);
+    case hostsim::PixelDepth::Bits16:
+      return ImageFrom<uint16_t>(out);
+    case hostsim::PixelDepth::Float32:
+      break;
   }
   return ImageFrom<float>(out);
 }
 
-std::string RenderError(int32_t frame, const char* command, PF_Err err, const std::string& message) {
+std::string RenderError(int32_t frame, const char* command, PF_Err err,
+                        const std::string& message) {
   return "the effect failed to render frame " + std::to_string(frame) + ": " + command +
          " returned error " + std::to_string(err) + (message.empty() ? "" : " (" + message + ")");
 }
@@ -265,7 +278,7 @@ class HostsimBackend final : public RenderBackend {
       const Rect& r = *request.region;
       frame.request = PF_LRect{r.x, r.y, r.x + r.width, r.y + r.height};
     }
-    frame.downsampleX = frame.downsampleY = PF_RationalScale{1, A_u_long(request.downsample)};
+    frame.downsampleX = frame.downsampleY = PF_RationalScale{1, 1};
     frame.outputRowPadding = kRowPadding;
     frame.layers = std::move(layers);
     const hostsim::SmartFrameResult result = host_.RenderSmart(*instance_, frame);

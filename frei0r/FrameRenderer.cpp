@@ -23,8 +23,8 @@ PF_EffectWorld World(uint8_t* data, unsigned width, unsigned height) {
 void FrameRenderer::Render(const StretchRenderRecord& record, const uint8_t* input,
                            const uint8_t* layer, uint8_t* output) const {
   const std::size_t pixels = std::size_t{width_} * height_;
-  static std::vector<uint8_t> source; source.resize(pixels * 4);
-  static std::vector<uint8_t> target; target.resize(pixels * 4);
+  std::vector<uint8_t> source(pixels * 4);
+  std::vector<uint8_t> target(pixels * 4);
   std::vector<uint8_t> intensity;
   RgbaToArgb(input, source.data(), pixels);
 

@@ -50,6 +50,7 @@ class SelfIntensitySource {
  public:
   static constexpr EdgeMode kMode = Mode == EdgeMode::Transparent ? EdgeMode::Wrap : Mode;
 
+  SelfIntensitySource() = default;
   SelfIntensitySource(const StretchCall& call, const KernelImages<Channel>&, const Channel* line,
                       std::ptrdiff_t pixelStep, int32_t)
       : line_(line), step_(pixelStep), walker_(call.length, call.intensityStart) {}
@@ -58,8 +59,8 @@ class SelfIntensitySource {
   void Advance() { walker_.Advance(); }
 
  private:
-  const Channel* line_;
-  std::ptrdiff_t step_;
+  const Channel* line_ = nullptr;
+  std::ptrdiff_t step_ = 0;
   LinePositionWalker<kMode> walker_;
 };
 
@@ -71,6 +72,7 @@ class LayerIntensitySource {
  public:
   static constexpr EdgeMode kMode = Mode == EdgeMode::Transparent ? EdgeMode::Wrap : Mode;
 
+  LayerIntensitySource() = default;
   LayerIntensitySource(const StretchCall& call, const KernelImages<Channel>& images, const Channel*,
                        std::ptrdiff_t, int32_t line)
       : walker_(call.intensityLength, call.layer.alongStep, call.intensityStart) {
@@ -127,78 +129,135 @@ ResampledValue<Variant> ChannelMultipliers(double alpha, double colour) {
   }
 }
 
-// Renders lines [first, last) of a prepared call.
+// Walks one line at a time through the stretch: Begin sets a line up and copies its start
+// offset, then Step takes one source pixel per call until the output line is full. All per-call
+// quantities come from the prepared call; the object holds only the state of its current line,
+// so two of them can work on two lines in turn.
 template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant, EdgeMode Mode,
           bool kMultiply>
-void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>>& images,
-                  int32_t first, int32_t last) {
+class LineStretcher {
+ public:
   using Channel = ChannelType<Depth>;
   using Value = ResampledValue<Variant>;
   using IntensitySource =
       std::conditional_t<Origin == IntensityOrigin::LayerIntensity,
                          LayerIntensitySource<Channel, Mode>, SelfIntensitySource<Channel, Mode>>;
 
-  const LineLayout out =
-      ImageLineLayout(call.direction, images.dstStride, images.width, images.height);
-  const LineLayout in =
-      ImageLineLayout(call.direction, images.srcStride, images.width, images.height);
-  const int32_t length = call.length;
-  const int32_t feather = call.featherLength;
-  const int32_t startCount = call.startCount;
-  const int32_t distributionMode = call.distributionMode;
-  const int64_t distributionPixels = call.distributionPixels;
-  const ShadingChannel shadingChannel = call.shadingChannel;
-  const double* curve = call.curve.data();
-  const std::ptrdiff_t pixelStep = in.pixelStep;
+  LineStretcher(const StretchCall& call, const KernelImages<Channel>& images)
+      : call_(call),
+        images_(images),
+        in_(ImageLineLayout(call.direction, images.srcStride, images.width, images.height)),
+        out_(ImageLineLayout(call.direction, images.dstStride, images.width, images.height)) {}
 
-  for (int32_t line = std::max(first, 0); line < std::min(last, call.lineCount); ++line) {
-    const Channel* source = images.src + in.first + std::ptrdiff_t{line} * in.lineStep;
-    OutputCursor<Depth, Variant> cursor(
-        images.dst + out.first + std::ptrdiff_t{line} * out.lineStep, out.pixelStep, length);
-    LinePositionWalker<Mode> colour(length, call.shift.colourStart);
-    IntensitySource intensity(call, images, source, pixelStep, line);
-    LineResampler<Value> resampler;
-    resampler.ResetLine();
+  // Sets up `line` and copies its start offset. Returns true when that already fills the line.
+  bool Begin(int32_t line) {
+    const int32_t length = call_.length;
+    const int32_t feather = call_.featherLength;
+    source_ = images_.src + in_.first + std::ptrdiff_t{line} * in_.lineStep;
+    cursor_ = OutputCursor<Depth, Variant>(
+        images_.dst + out_.first + std::ptrdiff_t{line} * out_.lineStep, out_.pixelStep, length);
+    LinePositionWalker<Mode> colour(length, call_.shift.colourStart);
+    intensity_ = IntensitySource(call_, images_, source_, in_.pixelStep, line);
+    resampler_.ResetLine();
 
     // Start-offset copy: unstretched, unshaded, alpha faded by the edge.
+    const int32_t startCount = call_.startCount;
     for (int32_t i = 0; i < startCount; ++i) {
-      cursor.Copy(source + colour.Index() * pixelStep, colour.Fade(feather));
+      cursor_.Copy(Pixel(colour.Index()), colour.Fade(feather));
       colour.Advance();
-      intensity.Advance();
-      resampler.AdvanceCopied();
+      intensity_.Advance();
+      resampler_.AdvanceCopied();
     }
-    if (startCount >= length) continue;
+    if (startCount >= length) return true;
 
     // The next source pixel of one step is the current one of the following step: its values
     // and its fade are carried over instead of being read again.
-    LinePositionWalker<Mode> next = colour;
-    next.Advance();
-    Value current = LoadChannels<Depth, Variant>(source + colour.Index() * pixelStep);
-    double fadeCurrent = colour.Fade(feather);
-    ShadeWalker shade(call.shading, call.shift.imageShiftOffset);
-    for (int64_t step = 0;; ++step) {
-      const double measured = MeasureIntensity<Depth, Variant>(intensity.Pixel());
-      intensity.Advance();
-      double stretch = curve[CurveIndex(measured)];
-      stretch = ApplyDistribution(distributionMode, stretch, step, distributionPixels);
-      stretch = GuardStretchLength(stretch);
+    next_ = colour;
+    next_.Advance();
+    current_ = LoadChannels<Depth, Variant>(Pixel(colour.Index()));
+    fadeCurrent_ = colour.Fade(feather);
+    shade_ = ShadeWalker(call_.shading, call_.shift.imageShiftOffset);
+    step_ = 0;
+    return false;
+  }
 
-      const Value following = LoadChannels<Depth, Variant>(source + next.Index() * pixelStep);
-      if constexpr (kMultiply) {
-        const StepMultipliers m = RouteShades(shadingChannel, shade.Current(), shade.Next());
-        const double fadeNext = next.Fade(feather);
-        const Value currentMul =
-            ChannelMultipliers<Variant>(m.alphaCurrent * fadeCurrent, m.colourCurrent);
-        const Value nextMul = ChannelMultipliers<Variant>(m.alphaNext * fadeNext, m.colourNext);
-        if (resampler.Step(stretch, current, following, currentMul, nextMul, cursor)) break;
-        fadeCurrent = fadeNext;
-        shade.Advance();
-      } else {
-        if (resampler.Step(stretch, current, following, cursor)) break;
-      }
-      current = following;
-      next.Advance();
+  // One stretch step. Returns true when the output line is full.
+  bool Step() {
+    const double measured = MeasureIntensity<Depth, Variant>(intensity_.Pixel());
+    intensity_.Advance();
+    double stretch = call_.curve[CurveIndex(measured)];
+    stretch = ApplyDistribution(call_.distributionMode, stretch, step_, call_.distributionPixels);
+    stretch = GuardStretchLength(stretch);
+
+    const Value following = LoadChannels<Depth, Variant>(Pixel(next_.Index()));
+    if constexpr (kMultiply) {
+      const StepMultipliers m = RouteShades(call_.shadingChannel, shade_.Current(), shade_.Next());
+      const double fadeNext = next_.Fade(call_.featherLength);
+      const Value currentMul =
+          ChannelMultipliers<Variant>(m.alphaCurrent * fadeCurrent_, m.colourCurrent);
+      const Value nextMul = ChannelMultipliers<Variant>(m.alphaNext * fadeNext, m.colourNext);
+      if (resampler_.Step(stretch, current_, following, currentMul, nextMul, cursor_)) return true;
+      fadeCurrent_ = fadeNext;
+      shade_.Advance();
+    } else {
+      if (resampler_.Step(stretch, current_, following, cursor_)) return true;
     }
+    current_ = following;
+    next_.Advance();
+    ++step_;
+    return false;
+  }
+
+ private:
+  const Channel* Pixel(int32_t index) const { return source_ + index * in_.pixelStep; }
+
+  const StretchCall& call_;
+  const KernelImages<Channel>& images_;
+  const LineLayout in_;
+  const LineLayout out_;
+
+  const Channel* source_ = nullptr;
+  OutputCursor<Depth, Variant> cursor_{nullptr, 0, 0};
+  IntensitySource intensity_{};
+  LineResampler<Value> resampler_;
+  LinePositionWalker<Mode> next_;
+  Value current_{};
+  double fadeCurrent_ = 1.0;
+  ShadeWalker shade_{call_.shading, 0};
+  int64_t step_ = 0;
+};
+
+// Renders lines [first, last) of a prepared call. Two lines are worked on in turn, one step of
+// each: the steps of one line form a chain of dependent arithmetic, and two independent chains
+// keep the processor busy. Lines never influence each other, so the order changes nothing.
+template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant, EdgeMode Mode,
+          bool kMultiply>
+void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>>& images,
+                  int32_t first, int32_t last) {
+  using Stretcher = LineStretcher<Depth, Origin, Variant, Mode, kMultiply>;
+  int32_t line = std::max(first, 0);
+  const int32_t end = std::min(last, call.lineCount);
+  // Begins the next line that needs stretch steps; false when none is left.
+  const auto beginNext = [&](Stretcher& s) {
+    while (line < end) {
+      if (!s.Begin(line++)) return true;
+    }
+    return false;
+  };
+
+  Stretcher a(call, images);
+  Stretcher b(call, images);
+  bool aActive = beginNext(a);
+  bool bActive = beginNext(b);
+  while (aActive && bActive) {
+    if (a.Step()) aActive = beginNext(a);
+    if (b.Step()) bActive = beginNext(b);
+  }
+  while (aActive) {
+    if (a.Step()) aActive = beginNext(a);
+  }
+  while (bActive) {
+    if (b.Step()) bActive = beginNext(b);
   }
 }
 

@@ -156,12 +156,5 @@ INSTANTIATE_TEST_SUITE_P(
         ParseCase{Slider, "0:1,x:2", {}, "not FRAME:VALUE"},
         ParseCase{Slider, "0:1,", {}, "not FRAME:VALUE"}));
 
-TEST(DescribeControl, ShowsValuesAndDefault) {
-  EXPECT_EQ(DescribeControl(Slider()), "\"Pixel Size\": 0.01 to 16 (default 1)");
-  EXPECT_EQ(DescribeControl(Percent()), "\"Shading Opacity\": 0 to 100 % (default 1)");
-  EXPECT_EQ(DescribeControl(Popup()), "\"Channels\": luma|rgba|luma-no-alpha (default luma)");
-  EXPECT_EQ(DescribeControl(Checkbox()), "\"Image Shift Phase Sync\": on|off (default on)");
-}
-
 }  // namespace
 }  // namespace morvane::cli

@@ -10,7 +10,9 @@ namespace {
 
 // The simulated host runs one session per process at a time, so each
 // profile's controls are read once and kept.
-ModuleInfo ReadInfo(HostProfile profile) { return OpenRenderBackend(ModulePath(), profile)->Info(); }
+ModuleInfo ReadInfo(HostProfile profile) {
+  return OpenRenderBackend(ModulePath(), profile)->Info();
+}
 
 const ModuleInfo& Info(HostProfile profile) {
   static const ModuleInfo ae = ReadInfo(HostProfile::Ae);

@@ -240,7 +240,7 @@ TEST_F(Frei0rModule, InstancesRenderConcurrently) {
   std::vector<std::thread> threads;
   for (int i = 0; i < kInstances; ++i)
     threads.emplace_back([&, i] {
-      for (int frame = 0; frame < 20; ++frame)
+      for (int frame = 0; frame < 50; ++frame)
         filter.update(instances[i], frame, reinterpret_cast<const uint32_t*>(input.data()),
                       reinterpret_cast<uint32_t*>(results[i].data()));
     });
