@@ -95,7 +95,7 @@ melt_render() {  # melt_render OUT.rgba MELT-ARGS...
   shift
   rm -f melt.nut
   melt -silent -profile profile "$@" -consumer avformat:melt.nut vcodec=rawvideo pix_fmt=rgba \
-    mlt_image_format=rgba an=1 real_time=0 >melt.log 2>&1 || cat melt.log >&2
+    mlt_image_format=rgba an=1 real_time=0 </dev/null >melt.log 2>&1 || cat melt.log >&2
   ff -i melt.nut -frames:v $frames -f rawvideo -pix_fmt rgba "$out" 2>/dev/null || : >"$out"
 }
 
