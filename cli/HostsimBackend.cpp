@@ -278,7 +278,7 @@ class HostsimBackend final : public RenderBackend {
       const Rect& r = *request.region;
       frame.request = PF_LRect{r.x, r.y, r.x + r.width, r.y + r.height};
     }
-    frame.downsampleX = frame.downsampleY = PF_RationalScale{1, 1};
+    frame.downsampleX = frame.downsampleY = PF_RationalScale{1, A_u_long(request.downsample)};
     frame.outputRowPadding = kRowPadding;
     frame.layers = std::move(layers);
     const hostsim::SmartFrameResult result = host_.RenderSmart(*instance_, frame);

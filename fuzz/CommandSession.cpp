@@ -230,7 +230,8 @@ void CommandSession::SetControl() {
       host_.SetValue(instance, id, value);
     } else {
       const double other = data_.ConsumeFloatingPointInRange(-400.0, 400.0);
-      host_.SetKeyframes(instance, id, {{0.0, value}, {data_.ConsumeIntegralInRange(1, 30), other}});
+      const double at = data_.ConsumeIntegralInRange(1, 30);
+      host_.SetKeyframes(instance, id, {{0.0, value}, {at, other}});
     }
   } catch (const std::exception&) {
     // A value the host itself refuses, or a control it does not have.
@@ -286,6 +287,9 @@ void CommandSession::RenderSmart() {
 }
 
 void CommandSession::RenderLegacy() {
+  // The simulated host builds the parameter array from the declared list, which holds the
+  // input layer only once parameter set-up has run.
+  if (host_.Params().params.empty()) return;
   hostsim::EffectInstance& instance = PickInstance();
   hostsim::LegacyFrame frame;
   frame.frame = data_.ConsumeIntegralInRange(0, 30);
@@ -298,7 +302,11 @@ void CommandSession::RenderLegacy() {
   frame.outputRowPadding = 4 * data_.ConsumeIntegralInRange(0, 6);
   frame.layerWidth = data_.ConsumeBool() ? 0 : data_.ConsumeIntegralInRange(0, 48);
   if (data_.ConsumeIntegralInRange(0, 7) == 0) {
-    frame.reportedFormat = data_.ConsumeIntegral<PrPixelFormat>();
+    // Another depth than the pixels have, or a format the effect does not render.
+    constexpr PrPixelFormat kFormats[] = {PrPixelFormat_BGRA_4444_8u, PrPixelFormat_ARGB_4444_8u,
+                                          PrPixelFormat_ARGB_4444_16u, PrPixelFormat_ARGB_4444_32f,
+                                          PrPixelFormat_Invalid};
+    frame.reportedFormat = PickFrom(data_, kFormats);
   }
   Check("PF_Cmd_RENDER", host_.RenderLegacy(instance, frame).err);
 }

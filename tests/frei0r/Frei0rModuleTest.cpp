@@ -220,38 +220,6 @@ TEST_F(Frei0rModule, MixerTakesTheSecondInputAsIntensity) {
   mixer.destruct(instance);
 }
 
-// Instances with different settings rendering at once give their own single-threaded results.
-TEST_F(Frei0rModule, InstancesRenderConcurrently) {
-  const auto input = TestFrame(4);
-  constexpr int kInstances = 4;
-  const std::array<const char*, kInstances> directions = {"right", "left", "down", "up"};
-  std::array<std::vector<uint8_t>, kInstances> expected;
-  std::array<std::vector<uint8_t>, kInstances> results;
-  std::array<f0r_instance_t, kInstances> instances{};
-  for (int i = 0; i < kInstances; ++i) {
-    instances[i] = filter.construct(kWidth, kHeight);
-    Set(filter, instances[i], 0, directions[i]);
-    Set(filter, instances[i], 3, 0.02 * (i + 1));
-    expected[i].resize(input.size());
-    filter.update(instances[i], 0.0, reinterpret_cast<const uint32_t*>(input.data()),
-                  reinterpret_cast<uint32_t*>(expected[i].data()));
-    results[i].resize(input.size());
-  }
-  std::vector<std::thread> threads;
-  for (int i = 0; i < kInstances; ++i)
-    threads.emplace_back([&, i] {
-      for (int frame = 0; frame < 50; ++frame)
-        filter.update(instances[i], frame, reinterpret_cast<const uint32_t*>(input.data()),
-                      reinterpret_cast<uint32_t*>(results[i].data()));
-    });
-  for (auto& thread : threads)
-    thread.join();
-  for (int i = 0; i < kInstances; ++i) {
-    EXPECT_EQ(results[i], expected[i]) << directions[i];
-    filter.destruct(instances[i]);
-  }
-}
-
 // MLT's sliced rendering calls one instance from several threads at once, setting the same
 // parameter values from each: every call must still render its own frame.
 TEST_F(Frei0rModule, OneInstanceServesSeveralThreadsAtOnce) {
