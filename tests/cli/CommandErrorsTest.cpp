@@ -112,7 +112,7 @@ INSTANTIATE_TEST_SUITE_P(
                   2,
                   {"'{dir}/junk.png'", "--overwrite"}},
         ErrorCase{
-            "UnknownHost", {"render", "{in}", "{dir}/out.png", "--host", "nuke"}, 2, {"--host"}},
+            "UnknownHost", {"render", "{in}", "{dir}/out.png", "--host", "imaginary"}, 2, {"--host"}},
         ErrorCase{"UnknownOption",
                   {"render", "{in}", "{dir}/out.png", "--sharpen", "3"},
                   2,
