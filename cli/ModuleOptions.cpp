@@ -15,9 +15,10 @@ void ModuleOptions::AddTo(CLI::App& command) {
   command
       .add_option("--host", host,
                   "The simulated host: ae (After Effects, interface 13.27, smart render), "
-                  "ae-13.23, ae-13.8 (older After Effects) or premiere (single-call render)")
+                  "ae-13.23, ae-13.8 (older After Effects) or premiere (single-call render); "
+                  "default ae")
       ->check(CLI::IsMember({"ae", "ae-13.23", "ae-13.8", "premiere"}))
-      ->capture_default_str()
+      ->option_text("HOST")
       ->group("Host");
 }
 

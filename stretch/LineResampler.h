@@ -30,7 +30,8 @@ class LineResampler {
   // One stretch step of length `length` (> 0) with the current and next source values and their
   // multipliers. Returns true when the line is full.
   template <typename Sink>
-  bool Step(double length, const Value& current, const Value& next, const Value& currentMul,
+  [[gnu::always_inline]] bool Step(double length, const Value& current, const Value& next,
+                                   const Value& currentMul,
             const Value& nextMul, Sink& sink) {
     return StepImpl<true>(length, current, next, currentMul, nextMul, sink);
   }
@@ -38,7 +39,8 @@ class LineResampler {
   // The same step with every multiplier 1.0: multiplying by 1.0 is exact, so leaving the
   // products out gives the same values.
   template <typename Sink>
-  bool Step(double length, const Value& current, const Value& next, Sink& sink) {
+  [[gnu::always_inline]] bool Step(double length, const Value& current, const Value& next,
+                                   Sink& sink) {
     return StepImpl<false>(length, current, next, current, next, sink);
   }
 
@@ -47,7 +49,7 @@ class LineResampler {
 
  private:
   template <bool kMultiply, typename Sink>
-  bool StepImpl(double length, const Value& current, const Value& next, const Value& currentMul,
+  [[gnu::always_inline]] bool StepImpl(double length, const Value& current, const Value& next, const Value& currentMul,
                 const Value& nextMul, Sink& sink) {
     const double whole = static_cast<double>(static_cast<int32_t>(linePosition_));
     // The filled part cut to 7 decimals: floor of a non-negative value below 2^63 is its
