@@ -97,6 +97,7 @@ CommandSession::~CommandSession() {
 }
 
 void CommandSession::Check(const char* command, PF_Err err) {
+  Note(std::string(command) + " -> " + std::to_string(err));
   if (err == PF_Err_NONE || err == A_Err_MISSING_SUITE) return;
   for (const PF_Err known : kHostErrors) {
     if (err == known) return;
@@ -109,7 +110,10 @@ hostsim::EffectInstance& CommandSession::PickInstance() {
   if (instances_.empty() || data_.ConsumeIntegralInRange(0, 15) == 0) {
     instances_.push_back(&host_.NewInstance());
   }
-  return *instances_[data_.ConsumeIntegralInRange<size_t>(0, instances_.size() - 1)];
+  hostsim::EffectInstance& instance =
+      *instances_[data_.ConsumeIntegralInRange<size_t>(0, instances_.size() - 1)];
+  Note("instance " + std::to_string(instance.Id()) + ":");
+  return instance;
 }
 
 PF_EffectWorld* CommandSession::NewWorld(int32_t maxSize) {
@@ -145,11 +149,16 @@ void CommandSession::ArmFault() {
       0, FallibleFunctions().size() - 1)];
   const int skip = data_.ConsumeIntegralInRange(0, 4);
   const int times = data_.ConsumeIntegralInRange(-1, 3);
-  host_.Faults().Fail(function, PickFrom(data_, kHostErrors), skip, times);
+  const PF_Err error = PickFrom(data_, kHostErrors);
+  host_.Faults().Fail(function, error, skip, times);
+  Note("fail " + function + " with " + std::to_string(error) + " after " + std::to_string(skip) +
+       " calls, " + std::to_string(times) + " times");
 }
 
 void CommandSession::WithholdSuite(bool null) {
   const SuiteName& suite = PickFrom(data_, kSuites);
+  Note(std::string(null ? "null suite " : "withhold suite ") + suite.name + " " +
+       std::to_string(suite.version));
   if (null) {
     host_.Faults().NullSuite(suite.name, suite.version);
   } else {
@@ -162,9 +171,12 @@ void CommandSession::Lifecycle() {
     case 0:
       Check("PF_Cmd_GLOBAL_SETUP", host_.GlobalSetup().err);
       return;
-    case 1:
-      Check("PF_Cmd_PARAMS_SETUP", host_.ParamsSetup().err);
+    case 1: {
+      const PF_Err e = host_.ParamsSetup().err;
+      tmpReady_ = e == 0;
+      Check("PF_Cmd_PARAMS_SETUP", e);
       return;
+    }
     case 2:
       Check("PF_Cmd_ABOUT", host_.About().err);
       return;
@@ -184,11 +196,14 @@ void CommandSession::SequenceCommand() {
       size_t length = data_.ConsumeBool() ? 296 : data_.ConsumeIntegralInRange<size_t>(0, 600);
       if (std::getenv("MORVANE_TMP_SAME") && length < 296) length = 296;
       instances_.push_back(&host_.OpenInstance(std::vector<uint8_t>(length, 0)));
+      Note("open instance " + std::to_string(instances_.back()->Id()) + " with " +
+           std::to_string(length) + " flat bytes");
       return;
     }
     case 1:
       // A purged handle: its master pointer is null.
       instances_.push_back(&host_.OpenInstance(host_.Handles().NewWithoutData()));
+      Note("open instance " + std::to_string(instances_.back()->Id()) + " with a purged handle");
       return;
     case 2:
       Check("PF_Cmd_SEQUENCE_SETUP", host_.SequenceSetup(PickInstance()).err);
@@ -227,6 +242,7 @@ void CommandSession::SetControl() {
   const int32_t id = data_.ConsumeIntegralInRange(1, kParamIdCount);
   const double value = data_.ConsumeBool() ? data_.ConsumeIntegralInRange(0, 9)
                                            : data_.ConsumeFloatingPointInRange(-400.0, 400.0);
+  Note("set control " + std::to_string(id) + " to " + std::to_string(value));
   try {
     if (data_.ConsumeBool()) {
       host_.SetValue(instance, id, value);
@@ -243,6 +259,9 @@ void CommandSession::SetControl() {
 void CommandSession::SetIntensityLayer() {
   hostsim::EffectInstance& instance = PickInstance();
   PF_EffectWorld* world = data_.ConsumeBool() ? NewWorld(24) : nullptr;
+  Note(world != nullptr ? "intensity layer " + std::to_string(world->width) + "x" +
+                              std::to_string(world->height)
+                        : std::string("intensity layer none"));
   try {
     host_.SetLayer(instance, ToInt(ParamId::IntensitySource), world);
   } catch (const std::exception&) {
@@ -273,6 +292,11 @@ void CommandSession::RenderSmart() {
     frame.downsampleX = PickFrom(data_, kScales);
     frame.downsampleY = PickFrom(data_, kScales);
     frame.outputRowPadding = 4 * data_.ConsumeIntegralInRange(0, 6);
+    const PF_LRect r = frame.request.value_or(PF_LRect{0, 0, frame.input->width, frame.input->height});
+    Note("smart frame " + std::to_string(frame.frame) + ", input " +
+         std::to_string(frame.input->width) + "x" + std::to_string(frame.input->height) +
+         ", request (" + std::to_string(r.left) + ", " + std::to_string(r.top) + ", " +
+         std::to_string(r.right) + ", " + std::to_string(r.bottom) + ")");
     batch.push_back(frame);
   }
   if (batch.size() == 1) {
@@ -304,12 +328,14 @@ void CommandSession::RenderLegacy() {
   frame.outputRowPadding = 4 * data_.ConsumeIntegralInRange(0, 6);
   frame.layerWidth = data_.ConsumeBool() ? 0 : data_.ConsumeIntegralInRange(0, 48);
   if (data_.ConsumeIntegralInRange(0, 7) == 0) {
-    // Another depth than the pixels have, or a format the effect does not render.
-    constexpr PrPixelFormat kFormats[] = {PrPixelFormat_BGRA_4444_8u, PrPixelFormat_ARGB_4444_8u,
-                                          PrPixelFormat_ARGB_4444_16u, PrPixelFormat_ARGB_4444_32f,
-                                          PrPixelFormat_Invalid};
+    // A format the effect does not render. (A host that reports another depth than its pixels
+    // have cannot be guarded against: the effect would write the wrong pixel size.)
+    constexpr PrPixelFormat kFormats[] = {PrPixelFormat_BGRA_4444_8u, PrPixelFormat_Invalid};
     frame.reportedFormat = PickFrom(data_, kFormats);
   }
+  Note("legacy frame " + std::to_string(frame.frame) + ", input " +
+       std::to_string(frame.input->width) + "x" + std::to_string(frame.input->height) +
+       ", output " + std::to_string(frame.outputWidth) + "x" + std::to_string(frame.outputHeight));
   Check("PF_Cmd_RENDER", host_.RenderLegacy(instance, frame).err);
 }
 
@@ -340,6 +366,7 @@ void CommandSession::UnknownCommand() {
                                          : data_.ConsumeIntegralInRange<PF_Cmd>(34, 1000);
   const hostsim::EffectInstance* instance = data_.ConsumeBool() ? &PickInstance() : nullptr;
   const PF_Err err = host_.Command(cmd, instance).err;
+  Note("command " + std::to_string(cmd) + " -> " + std::to_string(err));
   if (err != PF_Err_NONE) {
     problems_.push_back("command " + std::to_string(cmd) + ", which the effect does not handle, "
                         "returned " + std::to_string(err));
@@ -347,7 +374,9 @@ void CommandSession::UnknownCommand() {
 }
 
 void CommandSession::Step() {
-  switch (data_.ConsumeIntegralInRange(0, 13)) {
+  const int op = data_.ConsumeIntegralInRange(0, 13);
+  if (std::getenv("MORVANE_TMP_SAME") && !tmpReady_ && (op == 9 || op == 10 || op == 11 || op==12 || op == 4 || op == 5)) return;
+  switch (op) {
     case 0:
       ArmFault();
       return;
@@ -355,6 +384,7 @@ void CommandSession::Step() {
       WithholdSuite(data_.ConsumeBool());
       return;
     case 2:
+      Note("clear faults");
       host_.Faults().Clear();
       return;
     case 3:

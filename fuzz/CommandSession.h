@@ -27,6 +27,8 @@ class CommandSession {
   // went wrong in the whole session: error codes that are no host error, and the host's report
   // of unbalanced suites, leaked handles, checkouts not checked in and other misuse.
   std::vector<std::string> Finish();
+  // The operations run so far, one line each: how a failing input is read back.
+  const std::vector<std::string>& Log() const { return log_; }
 
  private:
   void ArmFault();
@@ -45,6 +47,7 @@ class CommandSession {
   PF_EffectWorld* NewWorld(int32_t maxSize);
   // Notes a command result that is neither success nor an error code a host knows.
   void Check(const char* command, PF_Err err);
+  void Note(std::string operation) { log_.push_back(std::move(operation)); }
 
   hostsim::Host& host_;
   FuzzedDataProvider& data_;
@@ -52,6 +55,8 @@ class CommandSession {
   std::vector<hostsim::EffectInstance*> instances_;
   std::vector<PF_EffectWorld*> worlds_;
   std::vector<std::string> problems_;
+  std::vector<std::string> log_;
+  bool tmpReady_ = false;
 };
 
 }  // namespace morvane::fuzz

@@ -56,6 +56,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
     std::fprintf(stderr, "The effect misbehaved towards the host (%s):\n",
                  host.Profile().label.c_str());
     for (const std::string& p : problems) std::fprintf(stderr, "  %s\n", p.c_str());
+    std::fprintf(stderr, "Session:\n");
+    for (const std::string& line : session.Log()) std::fprintf(stderr, "  %s\n", line.c_str());
     std::abort();
   }
   return 0;

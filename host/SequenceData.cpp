@@ -29,8 +29,12 @@ PF_Err CopySequenceData(const PF_InData* in_data, PF_OutData* out_data, OldHandl
     handles->host_dispose_handle(copy);
     return PF_Err_NONE;
   }
+  // A saved project may hand back a shorter handle than the 296 bytes this
+  // effect writes (an older or damaged project): copy only what it holds and
+  // leave the rest zero, never reading past the old handle's end.
   std::memset(data, 0, kSequenceDataSize);
-  std::memcpy(data, *current, kSequenceDataSize);
+  const A_HandleSize oldSize = handles->host_get_handle_size(current);
+  std::memcpy(data, *current, oldSize < kSequenceDataSize ? oldSize : kSequenceDataSize);
 
   if (old == OldHandle::Dispose) handles->host_dispose_handle(current);
   out_data->sequence_data = copy;

@@ -5,16 +5,30 @@
 
 namespace morvane {
 
+namespace {
+
+// Every control read through these functions is declared in every host, so a
+// missing position means the parameter set-up failed part-way. Position 0 is
+// the input layer: reading it in place of the control would take values from
+// the wrong definition (and check the layer out twice), so the read fails.
+PF_ParamIndex DeclaredPosition(ParamId id) {
+  const int32_t position = ParamPosition(id);
+  if (position <= 0) ThrowHostError(PF_Err_INVALID_INDEX);
+  return position;
+}
+
+}  // namespace
+
 PF_ParamDef* CheckoutParamById(PF_InData* in_data, PF_ParamDef* params[], ParamId id,
                                PF_ParamDef& buffer) {
-  if (params != nullptr) return params[ParamPosition(id)];
+  if (params != nullptr) return params[DeclaredPosition(id)];
   return CheckoutParamNow(in_data, id, buffer);
 }
 
 PF_ParamDef* CheckoutParamNow(PF_InData* in_data, ParamId id, PF_ParamDef& buffer) {
-  const PF_Err err =
-      in_data->inter.checkout_param(in_data->effect_ref, ParamPosition(id), in_data->current_time,
-                                    in_data->time_step, in_data->time_scale, &buffer);
+  const PF_Err err = in_data->inter.checkout_param(in_data->effect_ref, DeclaredPosition(id),
+                                                   in_data->current_time, in_data->time_step,
+                                                   in_data->time_scale, &buffer);
   if (err != PF_Err_NONE) ThrowHostError(err);
   return &buffer;
 }
