@@ -102,10 +102,16 @@ void DispatchStretch(const PF_EffectWorld& input, PF_EffectWorld& output,
     originY = output.origin_y;
   }
 
+  // The kernels read the input over the area they write. The render commands give input and
+  // output the same size; should they ever differ, only the rows and columns present in both
+  // images are rendered, so nothing is read past the input's edges.
+  const int32_t width = std::min(in.width, out.width);
+  const int32_t height = std::min(in.height, out.height);
+
   // The kernel takes the record by value: every call gets a fresh copy of this frame's values.
   const auto run = [&](ChannelVariant variant) {
-    SelectStretchKernel<Depth>(origin, variant)(out.data, out.stride, in.data, in.stride, out.width,
-                                                out.height, record, scale, layerPixels, layerWidth,
+    SelectStretchKernel<Depth>(origin, variant)(out.data, out.stride, in.data, in.stride, width,
+                                                height, record, scale, layerPixels, layerWidth,
                                                 layerHeight, layerStride, originX, originY);
   };
 

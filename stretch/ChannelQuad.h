@@ -46,35 +46,6 @@ inline ChannelQuad QuadMultipliers(double alpha, double colour) {
   return {DoublePair{alpha, colour}, DoublePair{colour, colour}};
 }
 
-// Lane masks: all ones in a lane where a comparison holds. Choosing between two values by a
-// mask takes no branch, so a choice that depends on a value still being computed does not
-// stall the processor on a mispredicted jump.
-using LaneMask = decltype(DoublePair{} < DoublePair{});
-
-inline DoublePair Broadcast(double x) {
-  return DoublePair{x, x};
-}
-inline LaneMask MaskGreaterEqual(double a, double b) {
-  return Broadcast(a) >= Broadcast(b);
-}
-inline LaneMask MaskLessEqual(double a, double b) {
-  return Broadcast(a) <= Broadcast(b);
-}
-inline LaneMask MaskGreater(double a, double b) {
-  return Broadcast(a) > Broadcast(b);
-}
-// True where the mask is set (both lanes of a broadcast mask agree).
-inline bool MaskIsSet(LaneMask m) {
-  return m[0] != 0;
-}
-
-inline double Choose(LaneMask m, double a, double b) {
-  return (m ? Broadcast(a) : Broadcast(b))[0];
-}
-inline ChannelQuad Choose(LaneMask m, const ChannelQuad& a, const ChannelQuad& b) {
-  return {m ? a.lo : b.lo, m ? a.hi : b.hi};
-}
-
 // A pixel's four channels converted to double.
 template <PixelDepth Depth>
 inline ChannelQuad LoadQuad(const ChannelType<Depth>* pixel) {

@@ -33,10 +33,17 @@ inline double ApplyDistribution(int32_t mode, double length, int64_t step, int64
   return length;
 }
 
-// A stretch length that is not above 0, or NaN, counts as 1: every line then ends after a
-// bounded number of steps whatever the record holds.
+// The controls never give a stretch length below 0.01 ("Pixel Size" >= 0.01 at an intensity of
+// at most 100; the curves and the distribution only add to it or pull it towards 1). Records the
+// controls cannot produce may give lengths just above 0, and an output pixel takes 1 / length
+// steps: such lengths count as half that floor (smoothing and the linear ramps can land a few
+// ulps below 0.01 with control values, which must stay untouched), so every line ends after at
+// most 200 steps per output pixel. A length not above 0, or NaN, counts as 1.
+inline constexpr double kMinStretchLength = 0.005;
+
 inline double GuardStretchLength(double length) {
-  return length > 0.0 ? length : 1.0;
+  if (!(length > 0.0)) return 1.0;
+  return length < kMinStretchLength ? kMinStretchLength : length;
 }
 
 }  // namespace morvane

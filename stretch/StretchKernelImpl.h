@@ -150,9 +150,7 @@ class LineStretcher {
         out_(ImageLineLayout(call.direction, images.dstStride, images.width, images.height)) {}
 
   // Sets up `line` and copies its start offset. Returns true when that already fills the line.
-  // Both members are always inlined, so that the line state of a stretcher stays in registers
-  // rather than in memory that every output store might overwrite.
-  [[gnu::always_inline]] bool Begin(int32_t line) {
+  bool Begin(int32_t line) {
     const int32_t length = call_.length;
     const int32_t feather = call_.featherLength;
     source_ = images_.src + in_.first + std::ptrdiff_t{line} * in_.lineStep;
@@ -184,7 +182,7 @@ class LineStretcher {
   }
 
   // One stretch step. Returns true when the output line is full.
-  [[gnu::always_inline]] bool Step() {
+  bool Step() {
     const double measured = MeasureIntensity<Depth, Variant>(intensity_.Pixel());
     intensity_.Advance();
     double stretch = call_.curve[CurveIndex(measured)];
@@ -239,19 +237,27 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
   using Stretcher = LineStretcher<Depth, Origin, Variant, Mode, kMultiply>;
   int32_t line = std::max(first, 0);
   const int32_t end = std::min(last, call.lineCount);
+  // Begins the next line that needs stretch steps; false when none is left.
+  const auto beginNext = [&](Stretcher& s) {
+    while (line < end) {
+      if (!s.Begin(line++)) return true;
+    }
+    return false;
+  };
 
   Stretcher a(call, images);
   Stretcher b(call, images);
-  bool aActive = false;
-  bool bActive = false;
-  for (;;) {
-    while (!aActive && line < end)
-      aActive = !a.Begin(line++);
-    while (!bActive && line < end)
-      bActive = !b.Begin(line++);
-    if (!aActive && !bActive) break;
-    if (aActive && a.Step()) aActive = false;
-    if (bActive && b.Step()) bActive = false;
+  bool aActive = beginNext(a);
+  bool bActive = beginNext(b);
+  while (aActive && bActive) {
+    if (a.Step()) aActive = beginNext(a);
+    if (b.Step()) bActive = beginNext(b);
+  }
+  while (aActive) {
+    if (a.Step()) aActive = beginNext(a);
+  }
+  while (bActive) {
+    if (b.Step()) bActive = beginNext(b);
   }
 }
 

@@ -648,6 +648,8 @@ void Kernel(Variant variant, const ConstImage<T>& input, const Image<T>& output,
       S = Distribute(settings.distributionMode, R, j, S);
       if (!(S > 0.0)) {
         S = 1.0;
+      } else if (S < 0.005) {
+        S = 0.005;  // the floor that bounds the steps per output pixel
       }
 
       const double shadeCurrent =

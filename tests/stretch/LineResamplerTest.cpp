@@ -41,16 +41,10 @@ struct CountingSink {
   int emitted = 0;
   int capacity = 100;
   double last = 0.0;
-  double put = 0.0;
   bool Emit(double v) {
     last = v;
     return ++emitted == capacity;
   }
-  void Put(double v) { put = v; }
-  void Skip(bool move) {
-    if (move) last = put, ++emitted;
-  }
-  bool Full() const { return emitted == capacity; }
 };
 
 TEST(LineResampler, ExactBoundaryLeavesNoCarry) {
