@@ -12,7 +12,7 @@ extern "C" {
 #endif
 
 // ---------------------------------------------------------------------------
-// Spec versions. PF_AE_PLUG_IN_VERSION / _SUBVERS follow this header release.
+// Effect interface versions. PF_AE_PLUG_IN_VERSION / _SUBVERS follow this header release.
 
 #define PF_AE135_PLUG_IN_VERSION 13
 #define PF_AE135_PLUG_IN_SUBVERS 9

@@ -1,4 +1,4 @@
-// Spec version the resources of this header release declare.
+// Effect interface version the resources of this header release declare.
 #ifndef AE_EFFECTVERS_H
 #define AE_EFFECTVERS_H
 
