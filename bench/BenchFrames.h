@@ -100,7 +100,8 @@ Frame<Depth>& CachedFrame(int32_t w, int32_t h, Content content, uint32_t seed) 
       cache;
   auto& slot = cache[{w, h, content, seed}];
   if (!slot) {
-    slot = content == Content::Noise ? MakeNoise<Depth>(w, h, seed) : MakeFootage<Depth>(w, h, seed);
+    slot =
+        content == Content::Noise ? MakeNoise<Depth>(w, h, seed) : MakeFootage<Depth>(w, h, seed);
   }
   return *slot;
 }

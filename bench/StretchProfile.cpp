@@ -43,8 +43,7 @@ int Run(int32_t width, int32_t height, ChannelMode mode, bool heavy, int frames,
 int main(int argc, char** argv) {
   using namespace morvane;
   if (argc < 6) {
-    std::fprintf(stderr,
-                 "usage: %s <8|16|32> <width> <height> <mode> <heavy> [frames] [noise]\n",
+    std::fprintf(stderr, "usage: %s <8|16|32> <width> <height> <mode> <heavy> [frames] [noise]\n",
                  argv[0]);
     return 2;
   }
@@ -54,8 +53,8 @@ int main(int argc, char** argv) {
   const auto mode = static_cast<ChannelMode>(std::atoi(argv[4]));
   const bool heavy = std::atoi(argv[5]) != 0;
   const int frames = argc > 6 ? std::max(1, std::atoi(argv[6])) : 1;
-  const auto content = argc > 7 && std::atoi(argv[7]) != 0 ? bench::Content::Noise
-                                                           : bench::Content::Footage;
+  const auto content =
+      argc > 7 && std::atoi(argv[7]) != 0 ? bench::Content::Noise : bench::Content::Footage;
   if (width <= 0 || height <= 0) return 2;
   switch (depth) {
     case 8:

@@ -7,6 +7,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <system_error>
+#include <thread>
 
 #include "cli/Errors.h"
 #include "cli/RenderBackend.h"
@@ -220,6 +221,8 @@ class HostsimBackend final : public RenderBackend {
     Check(what + "parameter set-up", host_.ParamsSetup().err);
     instance_ = &host_.NewInstance();
     Check(what + "sequence set-up", host_.SequenceSetup(*instance_).err);
+    // Like After Effects, the host offers its threads to each frame's render.
+    host_.SetRenderThreads(int(std::max(1u, std::thread::hardware_concurrency())));
     FillInfo();
   }
 

@@ -1,6 +1,5 @@
 #include "fuzz/CommandSession.h"
 
-#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <iterator>
@@ -70,20 +69,40 @@ constexpr SuiteName kSuites[] = {
 };
 
 // Errors a failing host function reports, and those the host produces by itself.
-constexpr PF_Err kHostErrors[] = {
-    PF_Err_OUT_OF_MEMORY,         PF_Err_INTERNAL_STRUCT_DAMAGED, PF_Err_INVALID_INDEX,
-    PF_Err_UNRECOGNIZED_PARAM_TYPE, PF_Err_INVALID_CALLBACK,      PF_Err_BAD_CALLBACK_PARAM,
-    PF_Interrupt_CANCEL,          1,                              -1,
-    0x7FFF0000};
+constexpr PF_Err kHostErrors[] = {PF_Err_OUT_OF_MEMORY,
+                                  PF_Err_INTERNAL_STRUCT_DAMAGED,
+                                  PF_Err_INVALID_INDEX,
+                                  PF_Err_UNRECOGNIZED_PARAM_TYPE,
+                                  PF_Err_INVALID_CALLBACK,
+                                  PF_Err_BAD_CALLBACK_PARAM,
+                                  PF_Interrupt_CANCEL,
+                                  1,
+                                  -1,
+                                  0x7FFF0000};
 
 // Commands the effect does not handle: they must succeed and change nothing.
-constexpr PF_Cmd kUnhandledCommands[] = {
-    PF_Cmd_UNUSED_0,      PF_Cmd_GLOBAL_SETDOWN, PF_Cmd_DO_DIALOG,   PF_Cmd_FRAME_SETUP,
-    PF_Cmd_FRAME_SETDOWN, PF_Cmd_GET_EXTERNAL_DEPENDENCIES,          PF_Cmd_COMPLETELY_GENERAL,
-    PF_Cmd_QUERY_DYNAMIC_FLAGS, PF_Cmd_AUDIO_RENDER, PF_Cmd_AUDIO_SETUP, PF_Cmd_AUDIO_SETDOWN,
-    PF_Cmd_ARBITRARY_CALLBACK,  PF_Cmd_RESERVED1,    PF_Cmd_RESERVED3,   PF_Cmd_RESERVED4,
-    PF_Cmd_TRANSLATE_PARAMS_TO_PREFS, PF_Cmd_SMART_RENDER_GPU, PF_Cmd_GPU_DEVICE_SETUP,
-    PF_Cmd_GPU_DEVICE_SETDOWN,  PF_Cmd_NUM_CMDS, 100, -1};
+constexpr PF_Cmd kUnhandledCommands[] = {PF_Cmd_UNUSED_0,
+                                         PF_Cmd_GLOBAL_SETDOWN,
+                                         PF_Cmd_DO_DIALOG,
+                                         PF_Cmd_FRAME_SETUP,
+                                         PF_Cmd_FRAME_SETDOWN,
+                                         PF_Cmd_GET_EXTERNAL_DEPENDENCIES,
+                                         PF_Cmd_COMPLETELY_GENERAL,
+                                         PF_Cmd_QUERY_DYNAMIC_FLAGS,
+                                         PF_Cmd_AUDIO_RENDER,
+                                         PF_Cmd_AUDIO_SETUP,
+                                         PF_Cmd_AUDIO_SETDOWN,
+                                         PF_Cmd_ARBITRARY_CALLBACK,
+                                         PF_Cmd_RESERVED1,
+                                         PF_Cmd_RESERVED3,
+                                         PF_Cmd_RESERVED4,
+                                         PF_Cmd_TRANSLATE_PARAMS_TO_PREFS,
+                                         PF_Cmd_SMART_RENDER_GPU,
+                                         PF_Cmd_GPU_DEVICE_SETUP,
+                                         PF_Cmd_GPU_DEVICE_SETDOWN,
+                                         PF_Cmd_NUM_CMDS,
+                                         100,
+                                         -1};
 
 template <typename T, size_t N>
 const T& PickFrom(FuzzedDataProvider& data, const T (&items)[N]) {
@@ -93,7 +112,8 @@ const T& PickFrom(FuzzedDataProvider& data, const T (&items)[N]) {
 }  // namespace
 
 CommandSession::~CommandSession() {
-  for (PF_EffectWorld* world : worlds_) host_.Worlds().Dispose(world);
+  for (PF_EffectWorld* world : worlds_)
+    host_.Worlds().Dispose(world);
 }
 
 void CommandSession::Check(const char* command, PF_Err err) {
@@ -125,7 +145,8 @@ PF_EffectWorld* CommandSession::NewWorld(int32_t maxSize) {
   // Values inside each depth's range, varied by a seed.
   uint32_t state = data_.ConsumeIntegral<uint32_t>() | 1u;
   for (int32_t y = 0; y < height; ++y) {
-    auto* row = reinterpret_cast<uint8_t*>(world->data) + static_cast<ptrdiff_t>(y) * world->rowbytes;
+    auto* row =
+        reinterpret_cast<uint8_t*>(world->data) + static_cast<ptrdiff_t>(y) * world->rowbytes;
     for (int32_t c = 0; c < width * 4; ++c) {
       state ^= state << 13;
       state ^= state >> 17;
@@ -145,8 +166,8 @@ PF_EffectWorld* CommandSession::NewWorld(int32_t maxSize) {
 }
 
 void CommandSession::ArmFault() {
-  const std::string& function = FallibleFunctions()[data_.ConsumeIntegralInRange<size_t>(
-      0, FallibleFunctions().size() - 1)];
+  const std::string& function =
+      FallibleFunctions()[data_.ConsumeIntegralInRange<size_t>(0, FallibleFunctions().size() - 1)];
   const int skip = data_.ConsumeIntegralInRange(0, 4);
   const int times = data_.ConsumeIntegralInRange(-1, 3);
   const PF_Err error = PickFrom(data_, kHostErrors);
@@ -171,12 +192,9 @@ void CommandSession::Lifecycle() {
     case 0:
       Check("PF_Cmd_GLOBAL_SETUP", host_.GlobalSetup().err);
       return;
-    case 1: {
-      const PF_Err e = host_.ParamsSetup().err;
-      tmpReady_ = e == 0;
-      Check("PF_Cmd_PARAMS_SETUP", e);
+    case 1:
+      Check("PF_Cmd_PARAMS_SETUP", host_.ParamsSetup().err);
       return;
-    }
     case 2:
       Check("PF_Cmd_ABOUT", host_.About().err);
       return;
@@ -193,8 +211,8 @@ void CommandSession::SequenceCommand() {
   switch (data_.ConsumeIntegralInRange(0, 7)) {
     case 0: {
       // A saved project's instance: the flat bytes as stored, of any length.
-      size_t length = data_.ConsumeBool() ? 296 : data_.ConsumeIntegralInRange<size_t>(0, 600);
-      if (std::getenv("MORVANE_TMP_SAME") && length < 296) length = 296;
+      const size_t length =
+          data_.ConsumeBool() ? 296 : data_.ConsumeIntegralInRange<size_t>(0, 600);
       instances_.push_back(&host_.OpenInstance(std::vector<uint8_t>(length, 0)));
       Note("open instance " + std::to_string(instances_.back()->Id()) + " with " +
            std::to_string(length) + " flat bytes");
@@ -223,7 +241,8 @@ void CommandSession::SequenceCommand() {
       return;
     default:
       if (data_.ConsumeBool()) {
-        Check("PF_Cmd_UPDATE_PARAMS_UI", host_.UpdateParamsUI(PickInstance(), data_.ConsumeIntegralInRange(0, 30)).err);
+        Check("PF_Cmd_UPDATE_PARAMS_UI",
+              host_.UpdateParamsUI(PickInstance(), data_.ConsumeIntegralInRange(0, 30)).err);
       } else {
         hostsim::EffectInstance& instance = PickInstance();
         try {
@@ -259,9 +278,9 @@ void CommandSession::SetControl() {
 void CommandSession::SetIntensityLayer() {
   hostsim::EffectInstance& instance = PickInstance();
   PF_EffectWorld* world = data_.ConsumeBool() ? NewWorld(24) : nullptr;
-  Note(world != nullptr ? "intensity layer " + std::to_string(world->width) + "x" +
-                              std::to_string(world->height)
-                        : std::string("intensity layer none"));
+  Note(world != nullptr
+           ? "intensity layer " + std::to_string(world->width) + "x" + std::to_string(world->height)
+           : std::string("intensity layer none"));
   try {
     host_.SetLayer(instance, ToInt(ParamId::IntensitySource), world);
   } catch (const std::exception&) {
@@ -277,7 +296,7 @@ void CommandSession::RenderSmart() {
     hostsim::SmartFrame frame;
     frame.frame = data_.ConsumeIntegralInRange(0, 30);
     frame.input = NewWorld(24);
-    if (data_.ConsumeBool() && !std::getenv("MORVANE_TMP_SAME")) {
+    if (data_.ConsumeBool()) {
       // Part of the layer, an empty rectangle, or one that reaches beyond the layer.
       const int32_t w = frame.input->width;
       const int32_t h = frame.input->height;
@@ -292,7 +311,8 @@ void CommandSession::RenderSmart() {
     frame.downsampleX = PickFrom(data_, kScales);
     frame.downsampleY = PickFrom(data_, kScales);
     frame.outputRowPadding = 4 * data_.ConsumeIntegralInRange(0, 6);
-    const PF_LRect r = frame.request.value_or(PF_LRect{0, 0, frame.input->width, frame.input->height});
+    const PF_LRect r =
+        frame.request.value_or(PF_LRect{0, 0, frame.input->width, frame.input->height});
     Note("smart frame " + std::to_string(frame.frame) + ", input " +
          std::to_string(frame.input->width) + "x" + std::to_string(frame.input->height) +
          ", request (" + std::to_string(r.left) + ", " + std::to_string(r.top) + ", " +
@@ -321,7 +341,7 @@ void CommandSession::RenderLegacy() {
   frame.frame = data_.ConsumeIntegralInRange(0, 30);
   frame.input = NewWorld(24);
   frame.depth = depth_;
-  if (data_.ConsumeIntegralInRange(0, 7) == 0 && !std::getenv("MORVANE_TMP_SAME")) {
+  if (data_.ConsumeIntegralInRange(0, 7) == 0) {
     frame.outputWidth = data_.ConsumeIntegralInRange(1, 24);
     frame.outputHeight = data_.ConsumeIntegralInRange(1, 24);
   }
@@ -368,14 +388,15 @@ void CommandSession::UnknownCommand() {
   const PF_Err err = host_.Command(cmd, instance).err;
   Note("command " + std::to_string(cmd) + " -> " + std::to_string(err));
   if (err != PF_Err_NONE) {
-    problems_.push_back("command " + std::to_string(cmd) + ", which the effect does not handle, "
-                        "returned " + std::to_string(err));
+    problems_.push_back("command " + std::to_string(cmd) +
+                        ", which the effect does not handle, "
+                        "returned " +
+                        std::to_string(err));
   }
 }
 
 void CommandSession::Step() {
   const int op = data_.ConsumeIntegralInRange(0, 13);
-  if (std::getenv("MORVANE_TMP_SAME") && !tmpReady_ && (op == 9 || op == 10 || op == 11 || op==12 || op == 4 || op == 5)) return;
   switch (op) {
     case 0:
       ArmFault();
@@ -424,7 +445,8 @@ std::vector<std::string> CommandSession::Finish() {
       Check("PF_Cmd_SEQUENCE_SETDOWN", host_.SequenceSetdown(*instance).err);
     }
   }
-  for (PF_EffectWorld* world : worlds_) host_.Worlds().Dispose(world);
+  for (PF_EffectWorld* world : worlds_)
+    host_.Worlds().Dispose(world);
   worlds_.clear();
 
   std::vector<std::string> problems = problems_;

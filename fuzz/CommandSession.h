@@ -56,7 +56,6 @@ class CommandSession {
   std::vector<PF_EffectWorld*> worlds_;
   std::vector<std::string> problems_;
   std::vector<std::string> log_;
-  bool tmpReady_ = false;
 };
 
 }  // namespace morvane::fuzz

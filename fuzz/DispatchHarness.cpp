@@ -121,7 +121,8 @@ class ExactWorld {
 
   void Paint(PixelFill fill, Rng& rng) {
     for (int32_t y = 0; y < world_.height; ++y) {
-      for (int32_t c = 0; c < world_.width * 4; ++c) Store(y, c, Value(fill, rng));
+      for (int32_t c = 0; c < world_.width * 4; ++c)
+        Store(y, c, Value(fill, rng));
     }
   }
 
@@ -150,7 +151,8 @@ class ExactWorld {
     size_t written = 0;
     for (int32_t y = 0; y < world_.height; ++y) {
       const uint8_t* row = bytes_.get() + static_cast<size_t>(y) * rowbytes_;
-      for (size_t i = pixels; i < rowbytes_; ++i) written += row[i] != kCanary ? 1 : 0;
+      for (size_t i = pixels; i < rowbytes_; ++i)
+        written += row[i] != kCanary ? 1 : 0;
     }
     return written;
   }
@@ -181,7 +183,9 @@ class ExactWorld {
   }
 
   double Value(PixelFill fill, Rng& rng) const {
-    const double white = depth_ == PixelDepth::Depth8 ? 255.0 : depth_ == PixelDepth::Depth16 ? 32768.0 : 1.0;
+    const double white = depth_ == PixelDepth::Depth8    ? 255.0
+                         : depth_ == PixelDepth::Depth16 ? 32768.0
+                                                         : 1.0;
     switch (fill) {
       case PixelFill::Black:
         return 0.0;
@@ -274,20 +278,20 @@ std::string DescribeDispatchCase(const DispatchCase& c) {
       << c.output.height << "+" << c.output.paddingChannels << " at (" << c.output.originX << ", "
       << c.output.originY << ")";
   if (c.layer) {
-    out << ", layer " << c.layer->width << "x" << c.layer->height << "+"
-        << c.layer->paddingChannels << (c.layerWithoutPixels ? " without pixels" : "");
+    out << ", layer " << c.layer->width << "x" << c.layer->height << "+" << c.layer->paddingChannels
+        << (c.layerWithoutPixels ? " without pixels" : "");
   }
   out << ", scale " << c.scale << ", fill " << static_cast<int>(c.fill) << ", seed " << c.seed
       << "; channelMode " << r.channelMode << ", intensity " << r.intensity << ", direction "
       << r.direction << ", stretchAmount " << r.stretchAmount << ", pixelSize " << r.pixelSize
       << ", startOffset " << r.startOffset << ", curveShape " << r.curveShape << ", curvePhase "
       << r.curvePhase << ", curveSmoothness " << r.curveSmoothness << ", distributionMode "
-      << r.distributionMode << ", distributionRange " << r.distributionRange
-      << ", imageShiftPhase " << r.imageShiftPhase << ", imageShiftPhaseSync "
-      << r.imageShiftPhaseSync << ", shadingMode " << r.shadingMode << ", shadingIntervalSize "
-      << r.shadingIntervalSize << ", shadingIntervalPhase " << r.shadingIntervalPhase
-      << ", shadingOpacity " << r.shadingOpacity << ", shadingChannels " << r.shadingChannels
-      << ", edgeMode " << r.edgeMode << ", transparencyFeather " << r.transparencyFeather;
+      << r.distributionMode << ", distributionRange " << r.distributionRange << ", imageShiftPhase "
+      << r.imageShiftPhase << ", imageShiftPhaseSync " << r.imageShiftPhaseSync << ", shadingMode "
+      << r.shadingMode << ", shadingIntervalSize " << r.shadingIntervalSize
+      << ", shadingIntervalPhase " << r.shadingIntervalPhase << ", shadingOpacity "
+      << r.shadingOpacity << ", shadingChannels " << r.shadingChannels << ", edgeMode "
+      << r.edgeMode << ", transparencyFeather " << r.transparencyFeather;
   return out.str();
 }
 

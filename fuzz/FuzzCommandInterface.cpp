@@ -45,19 +45,21 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size) {
   host.Load(MORVANE_MODULE_PATH, MORVANE_PIPL_PATH);
   if (data.ConsumeIntegralInRange(0, 7) != 0) host.Register();
 
-  constexpr hostsim::PixelDepth kDepths[] = {hostsim::PixelDepth::Bits8,
-                                             hostsim::PixelDepth::Bits16,
-                                             hostsim::PixelDepth::Float32};
+  constexpr hostsim::PixelDepth kDepths[] = {
+      hostsim::PixelDepth::Bits8, hostsim::PixelDepth::Bits16, hostsim::PixelDepth::Float32};
   morvane::fuzz::CommandSession session(host, data, kDepths[data.ConsumeIntegralInRange(0, 2)]);
-  for (int step = 0; step < 48 && data.remaining_bytes() > 0; ++step) session.Step();
+  for (int step = 0; step < 48 && data.remaining_bytes() > 0; ++step)
+    session.Step();
 
   const auto problems = session.Finish();
   if (!problems.empty()) {
     std::fprintf(stderr, "The effect misbehaved towards the host (%s):\n",
                  host.Profile().label.c_str());
-    for (const std::string& p : problems) std::fprintf(stderr, "  %s\n", p.c_str());
+    for (const std::string& p : problems)
+      std::fprintf(stderr, "  %s\n", p.c_str());
     std::fprintf(stderr, "Session:\n");
-    for (const std::string& line : session.Log()) std::fprintf(stderr, "  %s\n", line.c_str());
+    for (const std::string& line : session.Log())
+      std::fprintf(stderr, "  %s\n", line.c_str());
     std::abort();
   }
   return 0;

@@ -34,7 +34,7 @@ DispatchCase DecodeCase(FuzzedDataProvider& data) {
   // The render commands give input and output the same size; now and then they differ.
   c.input = c.output;
   c.input.originX = c.input.originY = 0;
-  if (data.ConsumeIntegralInRange(0, 7) == 0 && std::getenv("MORVANE_TMP_SAME")==nullptr) c.input = PickWorld(data, 1, maxSize);
+  if (data.ConsumeIntegralInRange(0, 7) == 0) c.input = PickWorld(data, 1, maxSize);
   c.input.paddingChannels = data.ConsumeBool() ? 0 : data.ConsumeIntegralInRange(1, 19);
 
   if (data.ConsumeBool()) {
@@ -64,7 +64,6 @@ DispatchCase DecodeCase(FuzzedDataProvider& data) {
   r.edgeMode = PickInt(data, 0, 3);
   r.transparencyFeather = PickDouble(data, 0.0, 100.0);
   c.scale = PickScale(data);
-  if (std::getenv("MORVANE_TMP_SAME")) { if (!(r.intensity>=0 && r.intensity<=100)) r.intensity=50; if (!(r.pixelSize>=0.01)) r.pixelSize=0.5; if (!(r.stretchAmount>=0 && r.stretchAmount<1e6)) r.stretchAmount=1; }
 
   c.fill = static_cast<PixelFill>(data.ConsumeIntegralInRange(0, 3));
   c.seed = data.ConsumeIntegral<uint32_t>();

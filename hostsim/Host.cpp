@@ -59,6 +59,11 @@ Host* Host::Active() {
   return activeHost.load();
 }
 
+void Host::SetRenderThreads(int threads) {
+  renderThreads_.store(threads > 0 ? threads : 0);
+  utils_.iterate_generic = threads > 0 ? iterateGeneric_ : nullptr;
+}
+
 void Host::NoteProblem(const std::string& problem) {
   const std::lock_guard lock(mutex_);
   problems_.push_back(problem);

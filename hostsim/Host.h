@@ -41,6 +41,9 @@
 //   host.RenderSmartConcurrently(fx, frames, threads);  // several threads at once
 //   host.RenderLegacy(fx, legacyFrame);                  // Premiere's single call
 //
+//   host.SetRenderThreads(4);         // iterate_generic on 4 threads (0: withheld)
+//   host.CancelRenders(2);            // abort answers PF_Interrupt_CANCEL after 2 calls
+//
 //   host.SequenceSetdown(fx);
 //   host.GlobalSetdown();
 //   host.Report();                    // Clean() when everything was given back
@@ -49,6 +52,7 @@
 // threads at once for one instance; set controls and layers only between them.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <filesystem>
@@ -269,6 +273,18 @@ class Host {
   // The single-call render, as Premiere does it (any profile sends it).
   LegacyFrameResult RenderLegacy(EffectInstance& instance, const LegacyFrame& frame);
 
+  // --- Render threads and cancelling ------------------------------------------------------
+  // Serves the utility callback iterate_generic with `threads` threads per call (the calling
+  // thread is thread 0, the others are started for the call and joined before it returns);
+  // 0 withholds it (the callback is null), as a host without it does. Default: withheld. Set
+  // between renders.
+  void SetRenderThreads(int threads);
+  int RenderThreads() const { return renderThreads_.load(); }
+  // The abort callback answers PF_Err_NONE to its next `abortsFirst` calls and
+  // PF_Interrupt_CANCEL to every call after them, as when the user cancels a render; a
+  // negative count never cancels (the default).
+  void CancelRenders(int abortsFirst) { abortsBeforeCancel_.store(abortsFirst); }
+
   // Unbalanced suites, live handles, layers and parameters not checked in, and
   // recorded misuse.
   SessionReport Report() const;
@@ -299,6 +315,9 @@ class Host {
 
   SPBasicSuite basic_{};
   PF_UtilCallbacks utils_{};
+  decltype(PF_UtilCallbacks::iterate_generic) iterateGeneric_ = nullptr;  // served when threads > 0
+  std::atomic<int> renderThreads_{0};
+  std::atomic<int> abortsBeforeCancel_{-1};
   PF_InteractCallbacks inter_{};
   char globalRef_ = 0;  // effect_ref outside any instance
 

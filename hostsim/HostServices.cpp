@@ -1,12 +1,16 @@
 // The callbacks and suite functions the simulated host hands to the effect.
 // Each one records its call, applies any injected fault and then does what the
 // real host does, on the active Host's bookkeeping.
+#include <algorithm>
+#include <atomic>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <optional>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "hostsim/Host.h"
 
@@ -211,10 +215,42 @@ struct HostServices {
     return PF_Err_NONE;
   }
 
+  // PF_Interrupt_CANCEL once the calls allowed by CancelRenders are used up.
   static PF_Err Abort(PF_ProgPtr ref) {
     if (const auto err = Enter(Callback("inter", "abort"))) return *err;
     CheckRef(ref, "abort");
-    return PF_Err_NONE;
+    std::atomic<int>& left = Active().abortsBeforeCancel_;
+    int n = left.load();
+    while (n > 0 && !left.compare_exchange_weak(n, n - 1)) {
+    }
+    return n == 0 ? PF_Interrupt_CANCEL : PF_Err_NONE;
+  }
+
+  // Hands out the iterations one at a time to the calling thread (thread 0) and to threads
+  // started for this call, and returns the first error any call gave once all have returned.
+  static PF_Err IterateGeneric(A_long iterations, void* refcon,
+                               PF_Err (*fn)(void* refcon, A_long thread, A_long i,
+                                            A_long iterations)) {
+    if (const auto err = Enter(Utils("iterate_generic"))) return *err;
+    const int threads = std::max(1, Active().renderThreads_.load());
+    if (iterations == PF_Iterations_ONCE_PER_PROCESSOR) iterations = threads;
+    if (fn == nullptr || iterations < 0) return PF_Err_BAD_CALLBACK_PARAM;
+    std::atomic<A_long> next{0};
+    std::atomic<PF_Err> first{PF_Err_NONE};
+    const auto work = [&](A_long thread) {
+      for (A_long i = next.fetch_add(1); i < iterations; i = next.fetch_add(1)) {
+        const PF_Err err = fn(refcon, thread, i, iterations);
+        PF_Err none = PF_Err_NONE;
+        if (err != PF_Err_NONE) first.compare_exchange_strong(none, err);
+      }
+    };
+    std::vector<std::thread> workers;
+    for (A_long t = 1; t < std::min<A_long>(threads, iterations); ++t)
+      workers.emplace_back(work, t);
+    work(0);
+    for (std::thread& worker : workers)
+      worker.join();
+    return first.load();
   }
 
   static PF_Err Progress(PF_ProgPtr ref, A_long /*current*/, A_long /*total*/) {
@@ -472,6 +508,7 @@ struct HostServices {
     u.host_resize_handle = UtilsResizeHandle;
     u.ansi.sprintf = Sprintf;
     u.ansi.strcpy = Strcpy;
+    host.iterateGeneric_ = IterateGeneric;  // served once SetRenderThreads asks for threads
 
     PF_InteractCallbacks& i = host.inter_;
     i.checkout_param = CheckoutParam;

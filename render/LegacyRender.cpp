@@ -77,7 +77,9 @@ PF_Err LegacyRender(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* param
   if (result == PF_Err_NONE) {
     const std::optional<PixelDepth> depth = DepthOfPremiereFormat(format);
     if (depth) {
-      DispatchStretchForDepth(*depth, input.World(), *output, StretchRenderRecord(record), scale);
+      result = DispatchStretchInBandsForDepth(*depth, input.World(), *output,
+                                              StretchRenderRecord(record), scale,
+                                              HostBandRunnerOf(in_data));
     } else {
       result = PF_Err_UNRECOGNIZED_PARAM_TYPE;
     }

@@ -81,7 +81,10 @@ PF_Err RenderFrame(PF_InData* in_data, PF_OutData* out_data, PF_SmartRenderExtra
   const std::optional<PixelDepth> depth = DepthOfWorldFormat(format);
   if (!depth) return PF_Err_UNRECOGNIZED_PARAM_TYPE;
   if (result == PF_Err_NONE) {
-    DispatchStretchForDepth(*depth, input, output, StretchRenderRecord(data.record), scale);
+    // Bands of lines on the host's threads; a cancelled render returns PF_Interrupt_CANCEL and
+    // the callers' guards check everything in.
+    result = DispatchStretchInBandsForDepth(*depth, input, output, StretchRenderRecord(data.record),
+                                            scale, HostBandRunnerOf(in_data));
   }
   return result;
 }

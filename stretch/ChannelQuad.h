@@ -22,40 +22,77 @@ struct ChannelQuad {
   DoublePair lo;  // alpha, red
   DoublePair hi;  // green, blue
 
-  double operator[](int i) const { return i < 2 ? lo[i] : hi[i - 2]; }
+  [[gnu::always_inline]] double operator[](int i) const { return i < 2 ? lo[i] : hi[i - 2]; }
 };
 
-inline ChannelQuad operator+(const ChannelQuad& a, const ChannelQuad& b) {
+[[gnu::always_inline]] inline ChannelQuad operator+(const ChannelQuad& a, const ChannelQuad& b) {
   return {a.lo + b.lo, a.hi + b.hi};
 }
-inline ChannelQuad operator-(const ChannelQuad& a, const ChannelQuad& b) {
+[[gnu::always_inline]] inline ChannelQuad operator-(const ChannelQuad& a, const ChannelQuad& b) {
   return {a.lo - b.lo, a.hi - b.hi};
 }
-inline ChannelQuad operator*(const ChannelQuad& a, const ChannelQuad& b) {
+[[gnu::always_inline]] inline ChannelQuad operator*(const ChannelQuad& a, const ChannelQuad& b) {
   return {a.lo * b.lo, a.hi * b.hi};
 }
-inline ChannelQuad operator*(const ChannelQuad& a, double s) {
+[[gnu::always_inline]] inline ChannelQuad operator*(const ChannelQuad& a, double s) {
   return {a.lo * s, a.hi * s};
 }
-inline ChannelQuad operator/(const ChannelQuad& a, double s) {
+[[gnu::always_inline]] inline ChannelQuad operator/(const ChannelQuad& a, double s) {
   return {a.lo / s, a.hi / s};
 }
 
 // The multipliers of one pixel: alpha on the alpha channel, colour on the other three.
-inline ChannelQuad QuadMultipliers(double alpha, double colour) {
+[[gnu::always_inline]] inline ChannelQuad QuadMultipliers(double alpha, double colour) {
   return {DoublePair{alpha, colour}, DoublePair{colour, colour}};
+}
+
+// Lane masks: all ones in a lane where a comparison holds (both lanes of a mask made from
+// scalars agree). Choosing between two values by a mask takes no branch, so a choice that
+// depends on a value still being computed does not stall the processor on a mispredicted jump.
+using LaneMask = decltype(DoublePair{} < DoublePair{});
+
+[[gnu::always_inline]] inline DoublePair Broadcast(double x) {
+  return DoublePair{x, x};
+}
+[[gnu::always_inline]] inline LaneMask MaskGreaterEqual(double a, double b) {
+  return Broadcast(a) >= Broadcast(b);
+}
+[[gnu::always_inline]] inline LaneMask MaskLessEqual(double a, double b) {
+  return Broadcast(a) <= Broadcast(b);
+}
+[[gnu::always_inline]] inline LaneMask MaskGreater(double a, double b) {
+  return Broadcast(a) > Broadcast(b);
+}
+// 1 where the mask is set, else 0, as a number rather than a condition to branch on.
+[[gnu::always_inline]] inline int32_t MaskCount(LaneMask m) {
+  return static_cast<int32_t>(-m[0]);
+}
+
+// `a` where the mask is set, else `b`.
+[[gnu::always_inline]] inline double Choose(LaneMask m, double a, double b) {
+  return (m ? Broadcast(a) : Broadcast(b))[0];
+}
+[[gnu::always_inline]] inline ChannelQuad Choose(LaneMask m, const ChannelQuad& a,
+                                                 const ChannelQuad& b) {
+  return {m ? a.lo : b.lo, m ? a.hi : b.hi};
+}
+// `a` where the mask is set, else +0.0.
+[[gnu::always_inline]] inline double Keep(LaneMask m, double a) {
+  return DoublePair(m & LaneMask(Broadcast(a)))[0];
+}
+[[gnu::always_inline]] inline ChannelQuad Keep(LaneMask m, const ChannelQuad& a) {
+  return {DoublePair(m & LaneMask(a.lo)), DoublePair(m & LaneMask(a.hi))};
 }
 
 // A pixel's four channels converted to double.
 template <PixelDepth Depth>
-inline ChannelQuad LoadQuad(const ChannelType<Depth>* pixel) {
+[[gnu::always_inline]] inline ChannelQuad LoadQuad(const ChannelType<Depth>* pixel) {
 #if defined(__SSE2__)
   if constexpr (Depth == PixelDepth::Depth8) {
     int32_t word;
     std::memcpy(&word, pixel, 4);
     const __m128i zero = _mm_setzero_si128();
-    const __m128i ints =
-        _mm_unpacklo_epi16(_mm_unpacklo_epi8(_mm_cvtsi32_si128(word), zero), zero);
+    const __m128i ints = _mm_unpacklo_epi16(_mm_unpacklo_epi8(_mm_cvtsi32_si128(word), zero), zero);
     return {DoublePair(_mm_cvtepi32_pd(ints)),
             DoublePair(_mm_cvtepi32_pd(_mm_shuffle_epi32(ints, 0x0e)))};
   } else if constexpr (Depth == PixelDepth::Depth16) {
@@ -77,20 +114,17 @@ inline ChannelQuad LoadQuad(const ChannelType<Depth>* pixel) {
 namespace detail {
 
 #if defined(__SSE2__)
-// DepthTraits<Depth>::Store on two lanes: saturated to 0 ... white (NaN gives 0), rounded half
-// away from zero; the whole numbers in the two low 32-bit lanes.
+// DepthTraits<Depth>::Store on two lanes, in the two low 32-bit lanes. For x >= 0.5 rounding
+// half away from zero is floor(x + 0.5), and x + 0.5 is then exact or rounds without crossing
+// a whole number, so truncating the sum gives the rounded value. Everything below 0.5 (negative
+// values and NaN included) gives 0, which also covers 0.49999999999999994, whose sum with 0.5
+// would round up to 1. Values above white saturate to white.
 template <int kWhite>
-inline __m128i RoundPair(DoublePair v) {
-  const DoublePair zero = {0.0, 0.0};
-  const DoublePair top = {double(kWhite), double(kWhite)};
-  const DoublePair low = v > zero ? v : zero;
-  const DoublePair clamped = low < top ? low : top;
-  const __m128i whole = _mm_cvttpd_epi32(__m128d(clamped));
-  const DoublePair fraction = clamped - DoublePair(_mm_cvtepi32_pd(whole));
-  const DoublePair half = {0.5, 0.5};
-  // Each comparison lane is all ones (-1) where the fraction reaches one half.
-  const __m128i up = _mm_shuffle_epi32(__m128i(fraction >= half), 0x08);
-  return _mm_sub_epi32(whole, up);
+[[gnu::always_inline]] inline __m128i RoundPair(DoublePair v) {
+  const __m128d half = _mm_set1_pd(0.5);
+  const __m128d x = __m128d(v);
+  const __m128d kept = _mm_and_pd(_mm_cmple_pd(half, x), _mm_min_pd(x, _mm_set1_pd(kWhite)));
+  return _mm_cvttpd_epi32(_mm_add_pd(kept, half));
 }
 #endif
 
@@ -99,7 +133,7 @@ inline __m128i RoundPair(DoublePair v) {
 // Stores the channels of `value` that a variant writes (all four, or red, green and blue),
 // converted for the depth exactly as DepthTraits<Depth>::Store converts one channel.
 template <PixelDepth Depth, bool kWithAlpha>
-inline void StoreQuad(ChannelType<Depth>* pixel, const ChannelQuad& value) {
+[[gnu::always_inline]] inline void StoreQuad(ChannelType<Depth>* pixel, const ChannelQuad& value) {
 #if defined(__SSE2__)
   if constexpr (Depth == PixelDepth::Depth32f) {
     const __m128 floats =

@@ -12,7 +12,8 @@ enum class DistributionMode : int32_t { Constant = 0, LinearRampUp = 1, LinearRa
 int64_t DistributionPixels(double range, int32_t length);
 
 // Applies the distribution to the stretch length of step j. Unknown modes leave it unchanged.
-inline double ApplyDistribution(int32_t mode, double length, int64_t step, int64_t range) {
+[[gnu::always_inline]] inline double ApplyDistribution(int32_t mode, double length, int64_t step,
+                                                       int64_t range) {
   switch (static_cast<DistributionMode>(mode)) {
     case DistributionMode::Constant:
       if (step > range) length = 1.0;
@@ -33,15 +34,15 @@ inline double ApplyDistribution(int32_t mode, double length, int64_t step, int64
   return length;
 }
 
-// The controls never give a stretch length below 0.01 ("Pixel Size" >= 0.01 at an intensity of
-// at most 100; the curves and the distribution only add to it or pull it towards 1). Records the
-// controls cannot produce may give lengths just above 0, and an output pixel takes 1 / length
-// steps: such lengths count as half that floor (smoothing and the linear ramps can land a few
-// ulps below 0.01 with control values, which must stay untouched), so every line ends after at
-// most 200 steps per output pixel. A length not above 0, or NaN, counts as 1.
+// The controls never give a stretch length below 0.01 (Pixel Size >= 0.01 at an intensity of
+// at most 100; curves and distribution only add to it or pull it towards 1). Values they cannot
+// produce may give lengths just above 0, and an output pixel takes 1 / length steps: such
+// lengths count as half that floor, so every line ends after at most 200 steps per output pixel
+// whatever the record holds. (Half the floor, because smoothing means and the linear ramps can
+// land a few ulps below 0.01 with control values.) Lengths not above 0, and NaN, count as 1.
 inline constexpr double kMinStretchLength = 0.005;
 
-inline double GuardStretchLength(double length) {
+[[gnu::always_inline]] inline double GuardStretchLength(double length) {
   if (!(length > 0.0)) return 1.0;
   return length < kMinStretchLength ? kMinStretchLength : length;
 }

@@ -120,7 +120,7 @@ class LinePositionWalker {
     }
   }
 
-  int32_t Index() const {
+  [[gnu::always_inline]] int32_t Index() const {
     if constexpr (Mode == EdgeMode::Mirror) {
       return static_cast<int32_t>(state_ <= length_ - 1 ? state_ : period_ - state_);
     } else {
@@ -128,7 +128,7 @@ class LinePositionWalker {
     }
   }
 
-  void Advance() {
+  [[gnu::always_inline]] void Advance() {
     if constexpr (Mode == EdgeMode::RepeatLast) {
       if (state_ < length_ - 1) ++state_;
     } else if constexpr (Mode == EdgeMode::Mirror) {
@@ -142,7 +142,7 @@ class LinePositionWalker {
   }
 
   // The fade of the unresolved position; 1 for every mode but Transparent.
-  double Fade(int32_t feather) const {
+  [[gnu::always_inline]] double Fade(int32_t feather) const {
     if constexpr (Mode == EdgeMode::Transparent) {
       return EdgeFade(length_, feather, clamped_);
     } else {
@@ -168,7 +168,7 @@ class LayerPositionWalker {
     state_ = Mode == EdgeMode::RepeatLast ? std::min(start, fixedPeriod_) : start % fixedPeriod_;
   }
 
-  int32_t Pixel() const {
+  [[gnu::always_inline]] int32_t Pixel() const {
     int64_t resolved = state_;
     if constexpr (Mode == EdgeMode::Mirror) {
       resolved = state_ < fixedPeriod_ / 2 ? state_ : fixedPeriod_ - state_;
@@ -176,7 +176,7 @@ class LayerPositionWalker {
     return LayerPixelOnLine(resolved, length_);
   }
 
-  void Advance() {
+  [[gnu::always_inline]] void Advance() {
     if constexpr (Mode == EdgeMode::RepeatLast) {
       state_ = std::min(state_ + step_, fixedPeriod_);
     } else {

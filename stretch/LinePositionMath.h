@@ -15,7 +15,7 @@ namespace morvane {
 // static_cast<double>(static_cast<int32_t>(x)) for 0 <= x < 2^31. The conversions are done
 // inside the vector registers, which is much faster than a round trip through an integer
 // register.
-inline double TruncateNonNegative(double x) {
+[[gnu::always_inline]] inline double TruncateNonNegative(double x) {
 #if defined(__SSE2__)
   return _mm_cvtsd_f64(_mm_cvtepi32_pd(_mm_cvttpd_epi32(_mm_set_sd(x))));
 #else
@@ -32,14 +32,14 @@ inline constexpr double kTenMillionthTail = 0x1.795e90af0f4cap-53;
 // 2^-80 of n / 10^7. A quotient n / 10^7 that is not itself a double lies at least
 // ulp / (2 * 10^7) away from every rounding boundary, far more than that error, so the sum
 // rounds to the correctly rounded quotient (the tests check all ten million values).
-inline double TenMillionths(double n) {
+[[gnu::always_inline]] inline double TenMillionths(double n) {
   return n * kTenMillionthHead + n * kTenMillionthTail;
 }
 
 // floor(fraction * 10000000.0) / 10000000.0 for 0 <= fraction < 1: the part of an output pixel
 // already filled, cut (not rounded) to 7 decimals. The product is below 10^7, so the floor is
 // its truncation.
-inline double CutToSevenDecimals(double fraction) {
+[[gnu::always_inline]] inline double CutToSevenDecimals(double fraction) {
   return TenMillionths(TruncateNonNegative(fraction * 10000000.0));
 }
 

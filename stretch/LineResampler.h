@@ -2,116 +2,241 @@
 // interpolation inside long spans, box filtering across short ones.
 #pragma once
 
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 
 #include "stretch/ChannelQuad.h"
+#include "stretch/LinePositionMath.h"
 #include "stretch/PixelTraits.h"
 
 namespace morvane {
 
-// One resampler per line; all written channels share the position and the decisions. `Value`
-// holds the written channels: a double for one channel, a ChannelQuad for several (lanes that
-// a variant does not write are carried along and never stored). The sink receives every emitted
-// pixel (`bool Emit(const Value&)`) and returns true once the line is full, which ends the step
-// at once (any carry is dropped).
-template <typename Value>
-class LineResampler {
+// The decisions of one stretch step depend only on its length S and on the part f of the
+// current output pixel already filled (cut to 7 decimals): whether the source pixel ends inside
+// that output pixel, and otherwise u0 = 1 - f (the part of the span the first output pixel
+// takes) and rest = S - u0. The position pass and the value pass below both decide from these
+// same expressions, so they always agree.
+
+// A step of length at most 2 whose remainder is not written out at once (below 0.99999 or at
+// least 1): after its first output pixel it reaches at most one more whole output pixel, since
+// u0 + 1 <= S can hold but u0 + 2 <= S cannot (u0 = 1 - f is at least about 1e-7). (The
+// remainder test is one combined mask: two branches on it would be unpredictable.)
+[[gnu::always_inline]] inline bool IsShortSpan(double length, double rest) {
+  const bool writtenAtOnce =
+      MaskCount(MaskGreaterEqual(rest, 0.99999) & MaskGreater(1.0, rest)) != 0;
+  return length <= 2.0 && !writtenAtOnce;
+}
+
+// Whether a short span writes the interpolated pixel at u0 as a whole output pixel: rest >= 1
+// and u0 + 1 <= S.
+[[gnu::always_inline]] inline LaneMask ShortSpanReaches(double rest, double u1, double length) {
+  return MaskGreaterEqual(rest, 1.0) & MaskLessEqual(u1, length);
+}
+
+// The resampler's line position alone: `linePosition` from the line's starting edge. Each step
+// returns the filled part it started with, which is all the value pass needs, and counts the
+// output pixels the step writes. The position of one step depends on the previous one through
+// a chain of about a dozen dependent operations; keeping this pass apart from the values keeps
+// that chain short and lets the chains of two lines run side by side.
+class LinePosition {
  public:
   // Start of a line, before the start-offset copy.
-  void ResetLine() {
-    linePosition_ = 0.0;
-    carry_ = Value{};
-  }
-
+  void Reset() { linePosition_ = 0.0; }
   // One pixel of the start-offset copy was written.
   void AdvanceCopied() { linePosition_ += 1.0; }
-
-  // One stretch step of length `length` (> 0) with the current and next source values and their
-  // multipliers. Returns true when the line is full.
-  template <typename Sink>
-  bool Step(double length, const Value& current, const Value& next, const Value& currentMul,
-            const Value& nextMul, Sink& sink) {
-    return StepImpl<true>(length, current, next, currentMul, nextMul, sink);
-  }
-
-  // The same step with every multiplier 1.0: multiplying by 1.0 is exact, so leaving the
-  // products out gives the same values.
-  template <typename Sink>
-  bool Step(double length, const Value& current, const Value& next, Sink& sink) {
-    return StepImpl<false>(length, current, next, current, next, sink);
-  }
-
   double linePosition() const { return linePosition_; }
-  const Value& carry() const { return carry_; }
 
- private:
-  template <bool kMultiply, typename Sink>
-  bool StepImpl(double length, const Value& current, const Value& next, const Value& currentMul,
-                const Value& nextMul, Sink& sink) {
-    const double whole = static_cast<double>(static_cast<int32_t>(linePosition_));
-    // The filled part cut to 7 decimals: floor of a non-negative value below 2^63 is its
-    // truncation, which needs no rounding-mode change or library call.
-    const double filled =
-        static_cast<double>(static_cast<int64_t>((linePosition_ - whole) * 10000000.0)) /
-        10000000.0;
-
-    if (length + filled < 1.0) {
-      if constexpr (kMultiply) {
-        carry_ = carry_ + (current * length) * currentMul;
-      } else {
-        carry_ = carry_ + current * length;
-      }
+  // One step of length `length` (> 0). Sets `filled` and takes the output pixels the step
+  // writes from `room`; returns true when that fills the line (the rest of the step is dropped).
+  [[gnu::always_inline]] bool Step(double length, double& filled, int32_t& room) {
+    // The line position is never negative, so its truncation is its whole part.
+    const double whole = TruncateNonNegative(linePosition_);
+    const double f = CutToSevenDecimals(linePosition_ - whole);
+    filled = f;
+    if (length + f < 1.0) {
       linePosition_ += length;
       return false;
     }
-
-    const double consumedFirst = 1.0 - filled;
-    Value from = current;
-    Value delta;
-    if constexpr (kMultiply) {
-      if (sink.Emit((current * consumedFirst) * currentMul + carry_)) return true;
-      from = current * currentMul;
-      delta = next * nextMul - from;
-    } else {
-      if (sink.Emit(current * consumedFirst + carry_)) return true;
-      delta = next - from;
+    if (--room == 0) return true;
+    const double u0 = 1.0 - f;
+    const double rest = length - u0;
+    if (IsShortSpan(length, rest)) {
+      // With or without the interpolated pixel, then the part of the span carried on:
+      // position = whole + 1 (+ 1) (+ S - u), u being u0 or u0 + 1, a part not above 0 adding
+      // nothing; chosen by masks, so nothing here waits on a branch. Both candidate parts are
+      // computed side by side, which keeps the chain to the next step short.
+      const double u1 = u0 + 1.0;
+      const LaneMask reach = ShortSpanReaches(rest, u1, length);
+      room -= MaskCount(reach);
+      if (room == 0) return true;
+      const double tail = Choose(reach, NotBelowZero(length - u1), NotBelowZero(rest));
+      linePosition_ = ((whole + 1.0) + Keep(reach, 1.0)) + tail;
+      return false;
     }
-    double consumed = consumedFirst;
-    carry_ = Value{};
+    double consumed = u0;
     linePosition_ = whole + 1.0;
-    const double rest = length - consumed;
-
     if (rest >= 1.0) {
       while (consumed + 1.0 <= length) {
-        if (sink.Emit(Interpolate(delta, from, consumed, length))) return true;
+        if (--room == 0) return true;
         consumed += 1.0;
         linePosition_ += 1.0;
       }
-      if (length > consumed) {
-        const double piece = length - consumed;
-        carry_ = Interpolate(delta, from, consumed, length) * piece;
-        linePosition_ += piece;
-      }
+      if (length > consumed) linePosition_ += length - consumed;
     } else if (rest > 0.0) {
-      const Value v = Interpolate(delta, from, consumed, length) * rest;
       if (rest >= 0.99999) {
-        if (sink.Emit(v)) return true;
+        if (--room == 0) return true;
         linePosition_ += 1.0;
       } else {
-        carry_ = v;
         linePosition_ += rest;
       }
     }
     return false;
   }
 
-  // V(u) = ((Nm - Cm) * u) / S + Cm.
-  static Value Interpolate(const Value& delta, const Value& from, double consumed, double length) {
-    return (delta * consumed) / length + from;
+ private:
+  // x when x > 0, else +0.0 (x is never NaN here): maxsd, not a branch on the position.
+  [[gnu::always_inline]] static double NotBelowZero(double x) {
+#if defined(__SSE2__)
+    return _mm_cvtsd_f64(_mm_max_sd(_mm_set_sd(x), _mm_setzero_pd()));
+#else
+    return x > 0.0 ? x : 0.0;
+#endif
   }
 
   double linePosition_ = 0.0;
+};
+
+// The values of the line resampler: what each step writes, given its length and the filled
+// part its position pass found. All written channels share the decisions. `Value` holds the
+// written channels: a double for one channel, a ChannelQuad for several (lanes that a variant
+// does not write are carried along and never stored). The sink receives every emitted pixel
+// (`bool Emit(const Value&)`) and returns true once the line is full, which ends the step at
+// once (any carry is dropped). It can also take a value without moving on (`Put`), move on by
+// zero or one pixel (`Skip(int32_t)`) and tell whether the line is full (`Full`).
+//
+// Step runs both passes for one step, for callers that take one step at a time.
+template <typename Value>
+class LineResampler {
+ public:
+  // Start of a line, before the start-offset copy.
+  void ResetLine() {
+    position_.Reset();
+    carry_ = Value{};
+  }
+
+  // One pixel of the start-offset copy was written.
+  void AdvanceCopied() { position_.AdvanceCopied(); }
+
+  // One stretch step of length `length` (> 0) with the current and next source values and their
+  // multipliers. Returns true when the line is full.
+  template <typename Sink>
+  [[gnu::always_inline]] bool Step(double length, const Value& current, const Value& next,
+                                   const Value& currentMul, const Value& nextMul, Sink& sink) {
+    return StepValues(length, NextFilled(length), current, next, currentMul, nextMul, sink);
+  }
+
+  // The same step with every multiplier 1.0: multiplying by 1.0 is exact, so leaving the
+  // products out gives the same values.
+  template <typename Sink>
+  [[gnu::always_inline]] bool Step(double length, const Value& current, const Value& next,
+                                   Sink& sink) {
+    return StepValues(length, NextFilled(length), current, next, sink);
+  }
+
+  // The value pass of one step whose position pass gave `filled`.
+  template <typename Sink>
+  [[gnu::always_inline]] bool StepValues(double length, double filled, const Value& current,
+                                         const Value& next, const Value& currentMul,
+                                         const Value& nextMul, Sink& sink) {
+    return ValuesImpl<true>(length, filled, current, next, currentMul, nextMul, sink);
+  }
+  template <typename Sink>
+  [[gnu::always_inline]] bool StepValues(double length, double filled, const Value& current,
+                                         const Value& next, Sink& sink) {
+    return ValuesImpl<false>(length, filled, current, next, current, next, sink);
+  }
+
+  double linePosition() const { return position_.linePosition(); }
+  const Value& carry() const { return carry_; }
+
+ private:
+  [[gnu::always_inline]] double NextFilled(double length) {
+    double filled;
+    int32_t unbounded = INT32_MAX;
+    position_.Step(length, filled, unbounded);
+    return filled;
+  }
+
+  template <bool kMultiply, typename Sink>
+  [[gnu::always_inline]] bool ValuesImpl(double length, double filled, const Value& current,
+                                         const Value& next, const Value& currentMul,
+                                         const Value& nextMul, Sink& sink) {
+    if (length + filled < 1.0) {
+      if constexpr (kMultiply) {
+        carry_ = carry_ + (current * length) * currentMul;
+      } else {
+        carry_ = carry_ + current * length;
+      }
+      return false;
+    }
+
+    const double u0 = 1.0 - filled;
+    Value from = current;
+    Value delta;
+    if constexpr (kMultiply) {
+      if (sink.Emit((current * u0) * currentMul + carry_)) return true;
+      from = current * currentMul;
+      delta = next * nextMul - from;
+    } else {
+      if (sink.Emit(current * u0 + carry_)) return true;
+      delta = next - from;
+    }
+
+    const double rest = length - u0;
+    if (IsShortSpan(length, rest)) {
+      // V(u0) is stored in any case and the cursor moves on only when it is a whole output
+      // pixel: an unused value is overwritten by the next pixel written there. The carry is
+      // V(u) * (S - u) for the u the span ends at, when that part is above 0.
+      const double u1 = u0 + 1.0;
+      const LaneMask reach = ShortSpanReaches(rest, u1, length);
+      const Value first = Interpolate(delta, from, u0, length);
+      const Value second = Interpolate(delta, from, u1, length);
+      sink.Put(first);
+      sink.Skip(MaskCount(reach));
+      const double piece = length - Choose(reach, u1, u0);
+      carry_ = Keep(MaskGreater(piece, 0.0), Choose(reach, second, first) * piece);
+      return sink.Full();
+    }
+
+    double consumed = u0;
+    carry_ = Value{};
+    if (rest >= 1.0) {
+      while (consumed + 1.0 <= length) {
+        if (sink.Emit(Interpolate(delta, from, consumed, length))) return true;
+        consumed += 1.0;
+      }
+      if (length > consumed) {
+        carry_ = Interpolate(delta, from, consumed, length) * (length - consumed);
+      }
+    } else if (rest > 0.0) {
+      const Value v = Interpolate(delta, from, consumed, length) * rest;
+      if (rest >= 0.99999) {
+        if (sink.Emit(v)) return true;
+      } else {
+        carry_ = v;
+      }
+    }
+    return false;
+  }
+
+  // V(u) = ((Nm - Cm) * u) / S + Cm.
+  [[gnu::always_inline]] static Value Interpolate(const Value& delta, const Value& from,
+                                                  double consumed, double length) {
+    return (delta * consumed) / length + from;
+  }
+
+  LinePosition position_;
   Value carry_{};
 };
 
@@ -121,7 +246,8 @@ using ResampledValue = std::conditional_t<kChannelCount<Variant> == 1, double, C
 
 // A pixel's channels as the resampler carries them for a variant.
 template <PixelDepth Depth, ChannelVariant Variant>
-inline ResampledValue<Variant> LoadChannels(const ChannelType<Depth>* pixel) {
+[[gnu::always_inline]] inline ResampledValue<Variant> LoadChannels(
+    const ChannelType<Depth>* pixel) {
   if constexpr (kChannelCount<Variant> == 1) {
     return static_cast<double>(pixel[VariantTraits<Variant>::kChannels[0]]);
   } else {
@@ -140,14 +266,29 @@ class OutputCursor {
   OutputCursor(Channel* first, std::ptrdiff_t step, int32_t length)
       : pixel_(first), step_(step), remaining_(length) {}
 
-  bool Emit(const Value& value) {
+  [[gnu::always_inline]] bool Emit(const Value& value) {
+    Put(value);
+    return Advance();
+  }
+
+  // Stores `value` at the cursor without moving on (the cursor is inside the line).
+  [[gnu::always_inline]] void Put(const Value& value) {
     if constexpr (kChannelCount<Variant> == 1) {
       pixel_[VariantTraits<Variant>::kChannels[0]] = DepthTraits<Depth>::Store(value);
     } else {
       StoreQuad<Depth, kWritesAlpha<Variant>>(pixel_, value);
     }
-    return Advance();
   }
+
+  // Moves on by `count` (0 or 1) pixels; the move onto the line's end leaves the pointer on the
+  // last pixel, as Emit does. Arithmetic only, no branch.
+  [[gnu::always_inline]] void Skip(int32_t count) {
+    remaining_ -= count;
+    const auto moves = static_cast<std::ptrdiff_t>(count & static_cast<int32_t>(remaining_ != 0));
+    pixel_ += step_ & -moves;
+  }
+
+  [[gnu::always_inline]] bool Full() const { return remaining_ == 0; }
 
   // The start-offset copy: the variant's channels of `source`, alpha times `alphaFactor`
   // (truncated at 8 and 16 bits), colour unchanged.
@@ -161,7 +302,7 @@ class OutputCursor {
   int32_t remaining() const { return remaining_; }
 
  private:
-  bool Advance() {
+  [[gnu::always_inline]] bool Advance() {
     if (--remaining_ == 0) return true;
     pixel_ += step_;
     return false;

@@ -36,13 +36,14 @@ inline constexpr QuotientTable<766> kSumOver765{765.0};
 
 // Rounds half away from zero and saturates to 0 ... white; NaN gives 0. An emitted value can
 // exceed the channel range only through rounding of the line position, and must never wrap.
+// For x >= 0.5 rounding half away from zero is floor(x + 0.5); x + 0.5 is then exact or rounds
+// without crossing a whole number, so its truncation is the rounded value. Everything below 0.5
+// (NaN included) gives 0; that includes 0.49999999999999994, whose sum with 0.5 rounds to 1.
 template <typename Channel, int kWhite>
 inline Channel RoundAndSaturate(double value) {
   constexpr double kTop = kWhite;
-  const double low = value > 0.0 ? value : 0.0;
-  const double clamped = low < kTop ? low : kTop;
-  const auto whole = static_cast<int32_t>(clamped);
-  return static_cast<Channel>(whole + (clamped - static_cast<double>(whole) >= 0.5 ? 1 : 0));
+  const double clamped = value < kTop ? value : kTop;
+  return static_cast<Channel>(value >= 0.5 ? static_cast<int32_t>(clamped + 0.5) : 0);
 }
 
 }  // namespace detail
@@ -145,7 +146,7 @@ inline constexpr bool kWritesAlpha =
 // The intensity a variant measures from one intensity pixel, in double precision: luma or one
 // channel normalised to white = 1, weighted by alpha except for the Alpha variant.
 template <PixelDepth Depth, ChannelVariant Variant>
-inline double MeasureIntensity(const ChannelType<Depth>* pixel) {
+[[gnu::always_inline]] inline double MeasureIntensity(const ChannelType<Depth>* pixel) {
   using Traits = DepthTraits<Depth>;
   if constexpr (Variant == ChannelVariant::Alpha) {
     return Traits::Single(pixel[kAlpha]);
@@ -162,7 +163,7 @@ inline double MeasureIntensity(const ChannelType<Depth>* pixel) {
 
 // The curve index of an intensity: trunc(clamp(v, 0, 1) * 1023); NaN counts as 0.
 // Written as selects (1.0 * 1023.0 is exactly 1023) so that it compiles without branches.
-inline int32_t CurveIndex(double intensity) {
+[[gnu::always_inline]] inline int32_t CurveIndex(double intensity) {
   const double low = intensity > 0.0 ? intensity : 0.0;
   const double clamped = low < 1.0 ? low : 1.0;
   return static_cast<int32_t>(clamped * 1023.0);

@@ -57,9 +57,9 @@ class ShadeWalker {
     next_ = index_ + 1 == size_ ? 0 : index_ + 1;
   }
   ShadeWalker(const ShadingTable&&, int32_t) = delete;  // reads the table in place
-  double Current() const { return entries_[index_]; }
-  double Next() const { return entries_[next_]; }
-  void Advance() {
+  [[gnu::always_inline]] double Current() const { return entries_[index_]; }
+  [[gnu::always_inline]] double Next() const { return entries_[next_]; }
+  [[gnu::always_inline]] void Advance() {
     index_ = next_;
     next_ = next_ + 1 == size_ ? 0 : next_ + 1;
   }

@@ -55,8 +55,8 @@ class SelfIntensitySource {
                       std::ptrdiff_t pixelStep, int32_t)
       : line_(line), step_(pixelStep), walker_(call.length, call.intensityStart) {}
 
-  const Channel* Pixel() const { return line_ + walker_.Index() * step_; }
-  void Advance() { walker_.Advance(); }
+  [[gnu::always_inline]] const Channel* Pixel() const { return line_ + walker_.Index() * step_; }
+  [[gnu::always_inline]] void Advance() { walker_.Advance(); }
 
  private:
   const Channel* line_ = nullptr;
@@ -90,11 +90,11 @@ class LayerIntensitySource {
     step_ = rows ? 4 : images.layerStride;
   }
 
-  const Channel* Pixel() const {
+  [[gnu::always_inline]] const Channel* Pixel() const {
     const int32_t along = std::clamp(origin_ + sign_ * walker_.Pixel(), 0, extent_ - 1);
     return base_ + along * step_;
   }
-  void Advance() { walker_.Advance(); }
+  [[gnu::always_inline]] void Advance() { walker_.Advance(); }
 
  private:
   LayerPositionWalker<kMode> walker_;
@@ -121,7 +121,8 @@ bool MultipliersAct(const StretchCall& call) {
 
 // The multipliers of one channel set: alpha on alpha, colour on red, green and blue.
 template <ChannelVariant Variant>
-ResampledValue<Variant> ChannelMultipliers(double alpha, double colour) {
+[[gnu::always_inline]] inline ResampledValue<Variant> ChannelMultipliers(double alpha,
+                                                                         double colour) {
   if constexpr (kChannelCount<Variant> == 1) {
     return VariantTraits<Variant>::kChannels[0] == kAlpha ? alpha : colour;
   } else {
@@ -129,10 +130,16 @@ ResampledValue<Variant> ChannelMultipliers(double alpha, double colour) {
   }
 }
 
-// Walks one line at a time through the stretch: Begin sets a line up and copies its start
-// offset, then Step takes one source pixel per call until the output line is full. All per-call
-// quantities come from the prepared call; the object holds only the state of its current line,
-// so two of them can work on two lines in turn.
+// Stretch steps are taken in chunks of this many per line: the lengths of a chunk, then its
+// positions, then its values.
+inline constexpr int32_t kStepChunk = 32;
+
+// One line of the stretch, worked through in three passes per chunk of steps. Begin sets the
+// line up and copies its start offset; Lengths measures the intensities of the next steps and
+// turns them into stretch lengths; the line's LinePosition (held by the caller, so that the
+// position passes of two lines can run side by side) gives each step its filled part; Values
+// then writes the output pixels of those steps. All per-call quantities come from the prepared
+// call; the object holds only the state of its current line.
 template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant, EdgeMode Mode,
           bool kMultiply>
 class LineStretcher {
@@ -149,8 +156,10 @@ class LineStretcher {
         in_(ImageLineLayout(call.direction, images.srcStride, images.width, images.height)),
         out_(ImageLineLayout(call.direction, images.dstStride, images.width, images.height)) {}
 
-  // Sets up `line` and copies its start offset. Returns true when that already fills the line.
-  bool Begin(int32_t line) {
+  // Sets up `line` and copies its start offset, advancing `position` (reset for the line) by
+  // the copied pixels. Returns true when the copy already fills the line; otherwise `room` is
+  // the number of output pixels left.
+  bool Begin(int32_t line, LinePosition& position, int32_t& room) {
     const int32_t length = call_.length;
     const int32_t feather = call_.featherLength;
     source_ = images_.src + in_.first + std::ptrdiff_t{line} * in_.lineStep;
@@ -166,8 +175,9 @@ class LineStretcher {
       cursor_.Copy(Pixel(colour.Index()), colour.Fade(feather));
       colour.Advance();
       intensity_.Advance();
-      resampler_.AdvanceCopied();
+      position.AdvanceCopied();
     }
+    room = length - startCount;
     if (startCount >= length) return true;
 
     // The next source pixel of one step is the current one of the following step: its values
@@ -181,35 +191,51 @@ class LineStretcher {
     return false;
   }
 
-  // One stretch step. Returns true when the output line is full.
-  bool Step() {
-    const double measured = MeasureIntensity<Depth, Variant>(intensity_.Pixel());
-    intensity_.Advance();
-    double stretch = call_.curve[CurveIndex(measured)];
-    stretch = ApplyDistribution(call_.distributionMode, stretch, step_, call_.distributionPixels);
-    stretch = GuardStretchLength(stretch);
-
-    const Value following = LoadChannels<Depth, Variant>(Pixel(next_.Index()));
-    if constexpr (kMultiply) {
-      const StepMultipliers m = RouteShades(call_.shadingChannel, shade_.Current(), shade_.Next());
-      const double fadeNext = next_.Fade(call_.featherLength);
-      const Value currentMul =
-          ChannelMultipliers<Variant>(m.alphaCurrent * fadeCurrent_, m.colourCurrent);
-      const Value nextMul = ChannelMultipliers<Variant>(m.alphaNext * fadeNext, m.colourNext);
-      if (resampler_.Step(stretch, current_, following, currentMul, nextMul, cursor_)) return true;
-      fadeCurrent_ = fadeNext;
-      shade_.Advance();
-    } else {
-      if (resampler_.Step(stretch, current_, following, cursor_)) return true;
+  // The stretch lengths of the next kStepChunk steps (a chunk may run past the end of the
+  // line; the steps after it are never used).
+  [[gnu::always_inline]] void Lengths(double* lengths) {
+    for (int32_t k = 0; k < kStepChunk; ++k) {
+      const double measured = MeasureIntensity<Depth, Variant>(intensity_.Pixel());
+      intensity_.Advance();
+      double stretch = call_.curve[CurveIndex(measured)];
+      stretch = ApplyDistribution(call_.distributionMode, stretch, step_, call_.distributionPixels);
+      lengths[k] = GuardStretchLength(stretch);
+      ++step_;
     }
-    current_ = following;
-    next_.Advance();
-    ++step_;
+  }
+
+  // The output pixels of `count` steps. Returns true when the output line is full.
+  [[gnu::always_inline]] bool Values(const double* lengths, const double* filled, int32_t count) {
+    for (int32_t k = 0; k < count; ++k) {
+      const Value following = LoadChannels<Depth, Variant>(Pixel(next_.Index()));
+      if constexpr (kMultiply) {
+        const StepMultipliers m =
+            RouteShades(call_.shadingChannel, shade_.Current(), shade_.Next());
+        const double fadeNext = next_.Fade(call_.featherLength);
+        const Value currentMul =
+            ChannelMultipliers<Variant>(m.alphaCurrent * fadeCurrent_, m.colourCurrent);
+        const Value nextMul = ChannelMultipliers<Variant>(m.alphaNext * fadeNext, m.colourNext);
+        if (resampler_.StepValues(lengths[k], filled[k], current_, following, currentMul, nextMul,
+                                  cursor_)) {
+          return true;
+        }
+        fadeCurrent_ = fadeNext;
+        shade_.Advance();
+      } else {
+        if (resampler_.StepValues(lengths[k], filled[k], current_, following, cursor_)) {
+          return true;
+        }
+      }
+      current_ = following;
+      next_.Advance();
+    }
     return false;
   }
 
  private:
-  const Channel* Pixel(int32_t index) const { return source_ + index * in_.pixelStep; }
+  [[gnu::always_inline]] const Channel* Pixel(int32_t index) const {
+    return source_ + index * in_.pixelStep;
+  }
 
   const StretchCall& call_;
   const KernelImages<Channel>& images_;
@@ -227,9 +253,11 @@ class LineStretcher {
   int64_t step_ = 0;
 };
 
-// Renders lines [first, last) of a prepared call. Two lines are worked on in turn, one step of
-// each: the steps of one line form a chain of dependent arithmetic, and two independent chains
-// keep the processor busy. Lines never influence each other, so the order changes nothing.
+// Renders lines [first, last) of a prepared call. Two lines are worked on at a time, and their
+// position passes run one step of each in turn: the steps of one line form a chain of dependent
+// arithmetic, and two independent chains keep the processor busy. The positions and rooms are
+// plain locals here so that they stay in registers. Lines never influence each other, so the
+// order changes nothing.
 template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant, EdgeMode Mode,
           bool kMultiply>
 void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>>& images,
@@ -237,27 +265,54 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
   using Stretcher = LineStretcher<Depth, Origin, Variant, Mode, kMultiply>;
   int32_t line = std::max(first, 0);
   const int32_t end = std::min(last, call.lineCount);
+
   // Begins the next line that needs stretch steps; false when none is left.
-  const auto beginNext = [&](Stretcher& s) {
+  const auto beginNext = [&](Stretcher& s, LinePosition& position, int32_t& room) {
     while (line < end) {
-      if (!s.Begin(line++)) return true;
+      position.Reset();
+      if (!s.Begin(line++, position, room)) return true;
     }
     return false;
   };
 
   Stretcher a(call, images);
   Stretcher b(call, images);
-  bool aActive = beginNext(a);
-  bool bActive = beginNext(b);
-  while (aActive && bActive) {
-    if (a.Step()) aActive = beginNext(a);
-    if (b.Step()) bActive = beginNext(b);
-  }
-  while (aActive) {
-    if (a.Step()) aActive = beginNext(a);
-  }
-  while (bActive) {
-    if (b.Step()) bActive = beginNext(b);
+  LinePosition positionA;
+  LinePosition positionB;
+  int32_t roomA = 0;
+  int32_t roomB = 0;
+  double lengthsA[kStepChunk];
+  double lengthsB[kStepChunk];
+  double filledA[kStepChunk];
+  double filledB[kStepChunk];
+  bool activeA = beginNext(a, positionA, roomA);
+  bool activeB = beginNext(b, positionB, roomB);
+  while (activeA || activeB) {
+    if (activeA) a.Lengths(lengthsA);
+    if (activeB) b.Lengths(lengthsB);
+    // Position steps of both lines in turn, until each has a chunk or reaches its line's end.
+    int32_t countA = 0;
+    int32_t countB = 0;
+    bool moreA = activeA;
+    bool moreB = activeB;
+    while (moreA || moreB) {
+      if (moreA) {
+        const bool full = positionA.Step(lengthsA[countA], filledA[countA], roomA);
+        ++countA;
+        moreA = !full && countA < kStepChunk;
+      }
+      if (moreB) {
+        const bool full = positionB.Step(lengthsB[countB], filledB[countB], roomB);
+        ++countB;
+        moreB = !full && countB < kStepChunk;
+      }
+    }
+    if (activeA && a.Values(lengthsA, filledA, countA)) {
+      activeA = beginNext(a, positionA, roomA);
+    }
+    if (activeB && b.Values(lengthsB, filledB, countB)) {
+      activeB = beginNext(b, positionB, roomB);
+    }
   }
 }
 
@@ -313,8 +368,8 @@ void PrepareStretchKernel(PreparedStretchKernel<Depth>& prepared, IntensityOrigi
 
   PrepareStretchCall(prepared.call_, record, width, height, scale, useLayer, layerWidth,
                      layerHeight, originX, originY);
-  prepared.images_ = {dst,         dstStride,  src,        srcStride,  width,
-                      height,      layerPixels, layerStride, layerWidth, layerHeight};
+  prepared.images_ = {dst,    dstStride,   src,         srcStride,  width,
+                      height, layerPixels, layerStride, layerWidth, layerHeight};
 
   using O = IntensityOrigin;
   using V = ChannelVariant;
@@ -386,14 +441,14 @@ StretchKernelFn<Depth> SelectStretchKernel(IntensityOrigin origin, ChannelVarian
   MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Blue)  \
   MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Alpha) \
   MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::LumaNoAlpha)
-#define MORVANE_INSTANTIATE_STRETCH_KERNELS(DEPTH)                           \
-  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::SelfIntensity)  \
-  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::LayerIntensity) \
-  template StretchKernelFn<DEPTH> SelectStretchKernel<DEPTH>(IntensityOrigin, ChannelVariant); \
-  template class PreparedStretchKernel<DEPTH>;                                                 \
-  template void PrepareStretchKernel<DEPTH>(                                                   \
-      PreparedStretchKernel<DEPTH>&, IntensityOrigin, ChannelVariant, ChannelType<DEPTH>*,     \
-      int32_t, const ChannelType<DEPTH>*, int32_t, int32_t, int32_t, StretchRenderRecord,      \
-      float, const ChannelType<DEPTH>*, int32_t, int32_t, int32_t, int32_t, int32_t);
+#define MORVANE_INSTANTIATE_STRETCH_KERNELS(DEPTH)                                               \
+  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::SelfIntensity)                      \
+  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::LayerIntensity)                     \
+  template StretchKernelFn<DEPTH> SelectStretchKernel<DEPTH>(IntensityOrigin, ChannelVariant);   \
+  template class PreparedStretchKernel<DEPTH>;                                                   \
+  template void PrepareStretchKernel<DEPTH>(                                                     \
+      PreparedStretchKernel<DEPTH>&, IntensityOrigin, ChannelVariant, ChannelType<DEPTH>*,       \
+      int32_t, const ChannelType<DEPTH>*, int32_t, int32_t, int32_t, StretchRenderRecord, float, \
+      const ChannelType<DEPTH>*, int32_t, int32_t, int32_t, int32_t, int32_t);
 
 }  // namespace morvane

@@ -25,7 +25,8 @@ StretchRenderRecord ControlDefaults() {
 
 std::string Problems(const std::vector<std::string>& problems) {
   std::string text;
-  for (const std::string& p : problems) text += p + "\n";
+  for (const std::string& p : problems)
+    text += p + "\n";
   return text;
 }
 
@@ -70,9 +71,9 @@ TEST_P(DispatchRegression, TinyStretchLengthsStillEndEveryLine) {
     double intensity;
     int32_t distributionMode;
   } cases[] = {
-      {1e-7, 100.0, 1},           // Linear Ramp Up at range 0 keeps the curve's length
-      {5e-8, 100.0, 7},           // an unknown distribution mode leaves it unchanged
-      {0.01, 101.0, 1},           // an intensity above 100 pushes the offset below 0.01
+      {1e-7, 100.0, 1},  // Linear Ramp Up at range 0 keeps the curve's length
+      {5e-8, 100.0, 7},  // an unknown distribution mode leaves it unchanged
+      {0.01, 101.0, 1},  // an intensity above 100 pushes the offset below 0.01
   };
   for (const auto& k : cases) {
     DispatchCase c;

@@ -18,7 +18,8 @@ using hostsim::Host;
 
 class IncompleteParamsSetup : public testing::TestWithParam<int> {
  protected:
-  explicit IncompleteParamsSetup(hostsim::HostProfile profile = hostsim::HostProfile::AfterEffects())
+  explicit IncompleteParamsSetup(
+      hostsim::HostProfile profile = hostsim::HostProfile::AfterEffects())
       : host_(std::move(profile)) {}
 
   // Global set-up, then a parameter set-up whose add_param succeeds GetParam() times only.

@@ -23,7 +23,8 @@ class ShortSequenceData : public testing::TestWithParam<size_t> {
   ShortSequenceData() {
     host_.Load(MORVANE_MODULE_PATH);
     host_.Register();
-    for (size_t i = 0; i < GetParam(); ++i) saved_.push_back(static_cast<uint8_t>(0x30 + i % 64));
+    for (size_t i = 0; i < GetParam(); ++i)
+      saved_.push_back(static_cast<uint8_t>(0x30 + i % 64));
     expected_ = saved_;
     expected_.resize(kSequenceDataSize, 0);
   }
@@ -52,7 +53,8 @@ TEST_P(ShortSequenceData, FlattenReplacesTheHandleWithAFull296Bytes) {
   EXPECT_TRUE(host_.Report().Clean()) << host_.Report().Describe();
 }
 
-INSTANTIATE_TEST_SUITE_P(Sizes, ShortSequenceData, testing::Values(size_t{0}, size_t{10}, size_t{295}),
+INSTANTIATE_TEST_SUITE_P(Sizes, ShortSequenceData,
+                         testing::Values(size_t{0}, size_t{10}, size_t{295}),
                          [](const testing::TestParamInfo<size_t>& info) {
                            return std::to_string(info.param) + "Bytes";
                          });

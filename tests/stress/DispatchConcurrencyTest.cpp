@@ -60,7 +60,7 @@ struct Job {
   int32_t originY;
 };
 
-class DispatchConcurrency : public testing::Test {
+class StressDispatchConcurrency : public testing::Test {
  protected:
   void SetUp() override {
     std::mt19937 rng(20240611);
@@ -104,15 +104,15 @@ class DispatchConcurrency : public testing::Test {
   std::vector<Job> jobs_;
 };
 
-TEST_F(DispatchConcurrency, FourThreadsRenderExactlyWhatOneThreadRenders) {
+TEST_F(StressDispatchConcurrency, FourThreadsRenderExactlyWhatOneThreadRenders) {
   std::vector<std::vector<uint8_t>> serial;
   for (const Job& job : jobs_) {
     serial.push_back(Render(job).Bytes());
     // Every job writes its output (a copy of the input at intensity 0).
     EXPECT_NE(serial.back(), blanks_[static_cast<size_t>(job.depth)]->Bytes());
   }
-  const std::vector<std::vector<uint8_t>> inputsBefore{
-      inputs_[0]->Bytes(), inputs_[1]->Bytes(), inputs_[2]->Bytes()};
+  const std::vector<std::vector<uint8_t>> inputsBefore{inputs_[0]->Bytes(), inputs_[1]->Bytes(),
+                                                       inputs_[2]->Bytes()};
 
   // Two rounds, the second taking the jobs in reverse, so different jobs overlap in time.
   for (const bool reverse : {false, true}) {
@@ -127,12 +127,14 @@ TEST_F(DispatchConcurrency, FourThreadsRenderExactlyWhatOneThreadRenders) {
         }
       });
     }
-    for (std::thread& worker : workers) worker.join();
+    for (std::thread& worker : workers)
+      worker.join();
     for (size_t i = 0; i < jobs_.size(); ++i) {
       EXPECT_EQ(concurrent[i], serial[i]) << "job " << i << (reverse ? " (reverse round)" : "");
     }
   }
-  for (size_t d = 0; d < 3; ++d) EXPECT_EQ(inputs_[d]->Bytes(), inputsBefore[d]);
+  for (size_t d = 0; d < 3; ++d)
+    EXPECT_EQ(inputs_[d]->Bytes(), inputsBefore[d]);
 }
 
 }  // namespace

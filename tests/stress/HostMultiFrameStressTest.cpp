@@ -47,7 +47,7 @@ void Paint(PF_EffectWorld& world, PixelDepth depth, uint32_t seed) {
   }
 }
 
-class MultiFrameRender : public testing::Test {
+class StressMultiFrameRender : public testing::Test {
  protected:
   void SetUp() override {
     host_.Load(MORVANE_MODULE_PATH);
@@ -74,7 +74,8 @@ class MultiFrameRender : public testing::Test {
 
   void TearDown() override {
     ASSERT_EQ(host_.SequenceSetdown(*instance_).err, PF_Err_NONE);
-    for (PF_EffectWorld* world : worlds_) host_.Worlds().Dispose(world);
+    for (PF_EffectWorld* world : worlds_)
+      host_.Worlds().Dispose(world);
     const hostsim::SessionReport report = host_.Report();
     EXPECT_TRUE(report.Clean()) << report.Describe();
   }
@@ -103,7 +104,7 @@ class MultiFrameRender : public testing::Test {
   std::vector<PF_EffectWorld*> worlds_;
 };
 
-TEST_F(MultiFrameRender, FramesInFlightOnFourThreadsEqualTheSerialRender) {
+TEST_F(StressMultiFrameRender, FramesInFlightOnFourThreadsEqualTheSerialRender) {
   constexpr PixelDepth kDepths[] = {PixelDepth::Bits8, PixelDepth::Bits16, PixelDepth::Float32};
   for (int b = 0; b < kFrames / kFramesInFlight; ++b) {
     const PixelDepth depth = kDepths[b % 3];
@@ -122,7 +123,8 @@ TEST_F(MultiFrameRender, FramesInFlightOnFourThreadsEqualTheSerialRender) {
     }
 
     std::vector<SmartFrameResult> serial;
-    for (const SmartFrame& f : batch) serial.push_back(host_.RenderSmart(*instance_, f));
+    for (const SmartFrame& f : batch)
+      serial.push_back(host_.RenderSmart(*instance_, f));
     const std::vector<SmartFrameResult> concurrent =
         host_.RenderSmartConcurrently(*instance_, batch, kThreads);
 

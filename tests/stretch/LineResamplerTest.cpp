@@ -41,10 +41,16 @@ struct CountingSink {
   int emitted = 0;
   int capacity = 100;
   double last = 0.0;
+  double put = 0.0;
   bool Emit(double v) {
     last = v;
     return ++emitted == capacity;
   }
+  void Put(double v) { put = v; }
+  void Skip(int32_t count) {
+    if (count == 1) last = put, ++emitted;
+  }
+  bool Full() const { return emitted == capacity; }
 };
 
 TEST(LineResampler, ExactBoundaryLeavesNoCarry) {
@@ -103,8 +109,9 @@ TEST(Conversion, RoundsHalfAwayFromZeroAndSaturates) {
   EXPECT_EQ(DepthTraits<PixelDepth::Depth32f>::Store(-2.5), -2.5f);
   EXPECT_EQ(DepthTraits<PixelDepth::Depth32f>::Store(0.1), 0.1f);
 
-  // A carry overshooting white (multiplier above 1) saturates instead of wrapping.
-  std::vector<uint8_t> pixels(4, 0);
+  // A carry overshooting white (multiplier above 1) saturates instead of wrapping. (The buffer
+  // has room for a second pixel that a one-pixel line never writes.)
+  std::vector<uint8_t> pixels(8, 0);
   OutputCursor<PixelDepth::Depth8, ChannelVariant::Red> cursor(pixels.data(), 4, 1);
   LineResampler<double> r;
   r.ResetLine();

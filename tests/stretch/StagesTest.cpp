@@ -35,20 +35,24 @@ void ExpectWalkersMatch(int32_t length) {
       ASSERT_EQ(walker.Index(), ResolveLinePosition(Mode, length, start + s)) << length;
     }
   }
-  for (int64_t step : {0, 1, 1000, 4096, 7782, 4096 * length}) {
-    LayerPositionWalker<Mode> walker(length, step, 4095);
-    for (int s = 0; s < 60; ++s, walker.Advance()) {
-      const int64_t p = 4095 + s * step;
-      ASSERT_EQ(
-          walker.Pixel(),
-          LayerPixelOnLine(ResolveIntensityPosition(Mode, EdgePeriod(Mode, length), p), length))
-          << length << " step " << step;
+  // Fixed-point starts inside, at the end of and beyond the first period, with fraction bits.
+  const int64_t starts[] = {0, 4095, 4096 * int64_t{length} - 1, 4096 * 2 * int64_t{length} + 17};
+  for (const int64_t start : starts) {
+    for (int64_t step : {0, 1, 1000, 4096, 7782, 4096 * length, 3 * 4096 * length + 5}) {
+      LayerPositionWalker<Mode> walker(length, step, start);
+      for (int s = 0; s < 60; ++s, walker.Advance()) {
+        const int64_t p = start + s * step;
+        ASSERT_EQ(
+            walker.Pixel(),
+            LayerPixelOnLine(ResolveIntensityPosition(Mode, EdgePeriod(Mode, length), p), length))
+            << length << " start " << start << " step " << step;
+      }
     }
   }
 }
 
 TEST(EdgeModes, WalkersAgreeWithResolution) {
-  for (int32_t length : {1, 2, 3, 5, 8}) {
+  for (int32_t length : {1, 2, 3, 5, 8, 97}) {
     ExpectWalkersMatch<E::Wrap>(length);
     ExpectWalkersMatch<E::Mirror>(length);
     ExpectWalkersMatch<E::RepeatLast>(length);

@@ -1,0 +1,147 @@
+// A prepared kernel rendered in bands of lines, in any order and on several threads at once,
+// writes exactly what the whole kernel call writes.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <random>
+#include <thread>
+#include <vector>
+
+#include "tests/stretch/TestImages.h"
+
+namespace morvane {
+namespace {
+
+using namespace testing_support;
+
+template <typename T>
+class KernelBands : public testing::Test {
+ protected:
+  static constexpr PixelDepth kDepth = T::value;
+  using Img = Image<kDepth>;
+
+  struct Case {
+    Img image;
+    Img initial;
+    std::optional<Img> layer;
+    int32_t originX = 0;
+    int32_t originY = 0;
+    StretchRenderRecord record;
+    ChannelVariant variant;
+  };
+
+  // Random images, records and variants in every direction and edge mode; one-pixel lines,
+  // layers of other sizes and layers holding the output at an origin.
+  static Case Make(uint32_t seed) {
+    constexpr std::pair<int32_t, int32_t> kSizes[] = {{1, 1},  {1, 9},  {9, 1},  {5, 3},
+                                                      {16, 9}, {33, 4}, {7, 40}, {70, 6}};
+    const auto [w, h] = kSizes[seed % std::size(kSizes)];
+    Case c{RandomImage<kDepth>(w, h, seed),
+           RandomImage<kDepth>(w, h, seed + 1000),
+           std::nullopt,
+           0,
+           0,
+           RandomRecord(seed),
+           ChannelVariant((seed / 3) % 6)};
+    c.record.direction = int32_t(seed % 4);
+    c.record.edgeMode = int32_t((seed / 4) % 4);
+    if (seed % 3 == 1)
+      c.layer = RandomImage<kDepth>(1 + (seed * 7) % 23, 1 + (seed * 5) % 17, seed);
+    if (seed % 3 == 2) {
+      c.layer = RandomImage<kDepth>(w + 5, h + 3, seed);
+      c.originX = int32_t(seed % 6);
+      c.originY = int32_t(seed % 4);
+    }
+    return c;
+  }
+
+  static void Prepare(const Case& c, Img& out, PreparedStretchKernel<kDepth>& prepared) {
+    const Img* layer = c.layer ? &*c.layer : nullptr;
+    PrepareStretchKernel<kDepth>(
+        prepared, layer ? IntensityOrigin::LayerIntensity : IntensityOrigin::SelfIntensity,
+        c.variant, out.pixels(), out.stride, c.image.pixels(), c.image.stride, c.image.width,
+        c.image.height, c.record, 1.0f, layer ? layer->pixels() : nullptr, layer ? layer->width : 0,
+        layer ? layer->height : 0, layer ? layer->stride : 0, c.originX, c.originY);
+  }
+
+  static Img Whole(const Case& c) {
+    return RunKernel<kDepth>(c.variant, c.record, c.image, c.initial, c.layer ? &*c.layer : nullptr,
+                             c.originX, c.originY);
+  }
+};
+
+using Depths = testing::Types<std::integral_constant<PixelDepth, PixelDepth::Depth8>,
+                              std::integral_constant<PixelDepth, PixelDepth::Depth16>,
+                              std::integral_constant<PixelDepth, PixelDepth::Depth32f>>;
+TYPED_TEST_SUITE(KernelBands, Depths);
+
+TYPED_TEST(KernelBands, AnyPartitionInAnyOrderGivesTheWholeCall) {
+  std::mt19937 rng(17);
+  for (uint32_t seed = 0; seed < 240; ++seed) {
+    const auto c = TestFixture::Make(seed);
+    auto out = c.initial;
+    PreparedStretchKernel<TestFixture::kDepth> prepared;
+    TestFixture::Prepare(c, out, prepared);
+    const int32_t lines = prepared.lineCount();
+    ASSERT_EQ(lines, c.record.direction < 2 ? c.image.height : c.image.width);
+
+    // Random cut points, bands rendered in shuffled order; some empty and clipped ranges too.
+    std::vector<int32_t> cuts = {0, lines};
+    for (int i = 0; i < 3; ++i)
+      cuts.push_back(int32_t(rng() % uint32_t(lines + 1)));
+    std::sort(cuts.begin(), cuts.end());
+    std::vector<std::pair<int32_t, int32_t>> bands;
+    for (size_t i = 0; i + 1 < cuts.size(); ++i)
+      bands.emplace_back(cuts[i], cuts[i + 1]);
+    bands.emplace_back(lines, lines + 5);
+    bands.emplace_back(-3, 0);
+    std::shuffle(bands.begin(), bands.end(), rng);
+    for (const auto& [first, last] : bands)
+      prepared.RenderLines(first, last);
+    ASSERT_TRUE(SamePixels(out, TestFixture::Whole(c))) << "seed " << seed;
+  }
+}
+
+TYPED_TEST(KernelBands, ConcurrentBandsOnSeveralThreadsGiveTheWholeCall) {
+  for (uint32_t seed = 0; seed < 60; ++seed) {
+    auto c = TestFixture::Make(seed);
+    c.image = RandomImage<TestFixture::kDepth>(61, 47, seed);
+    c.initial = RandomImage<TestFixture::kDepth>(61, 47, seed + 1);
+    if (c.layer && c.originX > 0) c.layer = RandomImage<TestFixture::kDepth>(70, 52, seed);
+    auto out = c.initial;
+    PreparedStretchKernel<TestFixture::kDepth> prepared;
+    TestFixture::Prepare(c, out, prepared);
+    const int32_t lines = prepared.lineCount();
+    // Four threads take interleaved bands of three lines from the one prepared call.
+    std::vector<std::thread> threads;
+    for (int32_t t = 0; t < 4; ++t) {
+      threads.emplace_back([&, t] {
+        for (int32_t first = 3 * t; first < lines; first += 12)
+          prepared.RenderLines(first, first + 3);
+      });
+    }
+    for (auto& thread : threads)
+      thread.join();
+    ASSERT_TRUE(SamePixels(out, TestFixture::Whole(c))) << "seed " << seed;
+  }
+}
+
+TYPED_TEST(KernelBands, NothingToRenderPreparesNoLines) {
+  const auto image = RandomImage<TestFixture::kDepth>(4, 3, 1);
+  auto out = image;
+  PreparedStretchKernel<TestFixture::kDepth> prepared;
+  PrepareStretchKernel<TestFixture::kDepth>(
+      prepared, IntensityOrigin::SelfIntensity, ChannelVariant(6), out.pixels(), out.stride,
+      image.pixels(), image.stride, 4, 3, DefaultRecord(), 1.0f, nullptr, 0, 0, 0, 0, 0);
+  EXPECT_EQ(prepared.lineCount(), 0);
+  PrepareStretchKernel<TestFixture::kDepth>(
+      prepared, IntensityOrigin::SelfIntensity, ChannelVariant::Luma, out.pixels(), out.stride,
+      image.pixels(), image.stride, 0, 3, DefaultRecord(), 1.0f, nullptr, 0, 0, 0, 0, 0);
+  EXPECT_EQ(prepared.lineCount(), 0);
+  prepared.RenderLines(0, 10);
+  EXPECT_TRUE(SamePixels(out, image));
+}
+
+}  // namespace
+}  // namespace morvane
