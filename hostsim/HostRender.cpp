@@ -96,6 +96,13 @@ std::vector<PF_ParamDef> Host::ParamArrayAt(EffectInstance& instance, double fra
   for (size_t i = 0; i < instance.params_.Count(); ++i) {
     defs.push_back(instance.params_.DefinitionAt(static_cast<PF_ParamIndex>(i), frame));
   }
+  // A host's array always starts with the input layer, also when the effect's parameter set-up
+  // never ran or declared nothing.
+  if (defs.empty()) {
+    PF_ParamDef input{};
+    input.param_type = PF_Param_LAYER;
+    defs.push_back(input);
+  }
   return defs;
 }
 

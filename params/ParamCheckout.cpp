@@ -5,8 +5,6 @@
 
 namespace morvane {
 
-namespace {
-
 // Every control read through these functions is declared in every host, so a
 // missing position means the parameter set-up failed part-way. Position 0 is
 // the input layer: reading it in place of the control would take values from
@@ -16,8 +14,6 @@ PF_ParamIndex DeclaredPosition(ParamId id) {
   if (position <= 0) ThrowHostError(PF_Err_INVALID_INDEX);
   return position;
 }
-
-}  // namespace
 
 PF_ParamDef* CheckoutParamById(PF_InData* in_data, PF_ParamDef* params[], ParamId id,
                                PF_ParamDef& buffer) {

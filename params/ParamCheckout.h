@@ -6,6 +6,10 @@
 
 namespace morvane {
 
+// The control's position in the host's list; raises PF_Err_INVALID_INDEX (as
+// an integer exception) when the parameter set-up never declared it.
+PF_ParamIndex DeclaredPosition(ParamId id);
+
 // The control's definition: the parameter array's own entry when the command
 // supplied an array, otherwise a host checkout at the current time into
 // `buffer` (which is then returned). A host error is raised as an integer

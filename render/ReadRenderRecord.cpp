@@ -71,7 +71,7 @@ void ReadRenderRecord(PF_InData* in_data, PF_ParamDef* params[], PF_PreRenderExt
   std::memset(&record, 0, sizeof record);
   ReadValues(in_data, params, record);
 
-  const A_long layerPosition = ParamPosition(ParamId::IntensitySource);
+  const A_long layerPosition = DeclaredPosition(ParamId::IntensitySource);
   if (extra != nullptr) {
     // Only the request matters here; the pixels are fetched at render time.
     PF_CheckoutResult ignored;
@@ -89,7 +89,7 @@ void CheckoutIntensityLayerPixels(PF_InData* in_data, PF_SmartRenderExtra* extra
                                   StretchRenderRecord& record) {
   PF_EffectWorld* layer = nullptr;
   const PF_Err err = extra->cb->checkout_layer_pixels(
-      in_data->effect_ref, ParamPosition(ParamId::IntensitySource), &layer);
+      in_data->effect_ref, DeclaredPosition(ParamId::IntensitySource), &layer);
   record.intensityLayer = layer;
   ThrowIfError(err);
 }

@@ -70,6 +70,24 @@ TEST_P(IncompleteParamsSetupInPremiere, SingleCallRenderFailsInsteadOfReadingThe
   ExpectCleanSession();
 }
 
+// A host that renders before ever sending the parameter set-up (the command fuzzer's order):
+// the array holds the input layer alone, and the render must fail rather than read past it.
+TEST(NoParamsSetup, SingleCallRenderFailsWithTheInputLayerAlone) {
+  Host host(hostsim::HostProfile::Premiere());
+  host.Load(MORVANE_MODULE_PATH);
+  ASSERT_EQ(host.Register(), A_Err_NONE);
+  ASSERT_EQ(host.GlobalSetup().err, PF_Err_NONE);
+  EffectInstance& instance = host.NewInstance();
+  ASSERT_EQ(host.SequenceSetup(instance).err, PF_Err_NONE);
+  hostsim::LegacyFrame frame;
+  frame.input = host.Worlds().Create(8, 4, hostsim::PixelDepth::Bits8);
+  EXPECT_EQ(host.RenderLegacy(instance, frame).err, PF_Err_INVALID_INDEX);
+  ASSERT_EQ(host.SequenceSetdown(instance).err, PF_Err_NONE);
+  host.Worlds().Dispose(frame.input);
+  const hostsim::SessionReport report = host.Report();
+  EXPECT_TRUE(report.Clean()) << report.Describe();
+}
+
 std::string DeclaredName(const testing::TestParamInfo<int>& info) {
   return std::to_string(info.param) + "Declared";
 }
