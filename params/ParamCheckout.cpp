@@ -17,7 +17,14 @@ PF_ParamIndex DeclaredPosition(ParamId id) {
 
 PF_ParamDef* CheckoutParamById(PF_InData* in_data, PF_ParamDef* params[], ParamId id,
                                PF_ParamDef& buffer) {
-  if (params != nullptr) return params[DeclaredPosition(id)];
+  if (params != nullptr) {
+    // The host's array holds in_data->num_params entries. A table left from an earlier
+    // set-up can name a position beyond it (a host that sends a command before this
+    // module's parameter set-up): reading past the array would read the host's memory.
+    const PF_ParamIndex position = DeclaredPosition(id);
+    if (position >= in_data->num_params) ThrowHostError(PF_Err_INVALID_INDEX);
+    return params[position];
+  }
   return CheckoutParamNow(in_data, id, buffer);
 }
 

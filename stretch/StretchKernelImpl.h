@@ -4,6 +4,8 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <utility>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
@@ -253,16 +255,20 @@ class LineStretcher {
   int64_t step_ = 0;
 };
 
-// Renders lines [first, last) of a prepared call. Two lines are worked on at a time, and their
-// position passes run one step of each in turn: the steps of one line form a chain of dependent
-// arithmetic, and two independent chains keep the processor busy. The positions and rooms are
-// plain locals here so that they stay in registers. Lines never influence each other, so the
-// order changes nothing.
+// Lines a kernel works on side by side: four independent position chains hide most of the
+// latency of one (two left the processor idle; eight spill the line state to memory).
+inline constexpr int32_t kLinesInFlight = 4;
+
+// Renders lines [first, last) of a prepared call. kLinesInFlight lines are worked on at a time,
+// and their position passes run one step of each in turn: the steps of one line form a chain
+// of dependent arithmetic, and independent chains side by side keep the processor busy. Lines
+// never influence each other, so the order changes nothing.
 template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant, EdgeMode Mode,
           bool kMultiply>
 void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>>& images,
                   int32_t first, int32_t last) {
   using Stretcher = LineStretcher<Depth, Origin, Variant, Mode, kMultiply>;
+  constexpr int32_t kLanes = kLinesInFlight;
   int32_t line = std::max(first, 0);
   const int32_t end = std::min(last, call.lineCount);
 
@@ -275,43 +281,51 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
     return false;
   };
 
-  Stretcher a(call, images);
-  Stretcher b(call, images);
-  LinePosition positionA;
-  LinePosition positionB;
-  int32_t roomA = 0;
-  int32_t roomB = 0;
-  double lengthsA[kStepChunk];
-  double lengthsB[kStepChunk];
-  double filledA[kStepChunk];
-  double filledB[kStepChunk];
-  bool activeA = beginNext(a, positionA, roomA);
-  bool activeB = beginNext(b, positionB, roomB);
-  while (activeA || activeB) {
-    if (activeA) a.Lengths(lengthsA);
-    if (activeB) b.Lengths(lengthsB);
-    // Position steps of both lines in turn, until each has a chunk or reaches its line's end.
-    int32_t countA = 0;
-    int32_t countB = 0;
-    bool moreA = activeA;
-    bool moreB = activeB;
-    while (moreA || moreB) {
-      if (moreA) {
-        const bool full = positionA.Step(lengthsA[countA], filledA[countA], roomA);
-        ++countA;
-        moreA = !full && countA < kStepChunk;
-      }
-      if (moreB) {
-        const bool full = positionB.Step(lengthsB[countB], filledB[countB], roomB);
-        ++countB;
-        moreB = !full && countB < kStepChunk;
+  std::array<Stretcher, kLanes> s = [&]<std::size_t... I>(std::index_sequence<I...>) {
+    return std::array<Stretcher, kLanes>{((void)I, Stretcher(call, images))...};
+  }(std::make_index_sequence<kLanes>());
+  LinePosition position[kLanes];
+  int32_t room[kLanes] = {};
+  double lengths[kLanes][kStepChunk];
+  double filled[kLanes][kStepChunk];
+  bool active[kLanes];
+  bool anyActive = false;
+  for (int32_t i = 0; i < kLanes; ++i) {
+    active[i] = beginNext(s[i], position[i], room[i]);
+    anyActive = anyActive || active[i];
+  }
+  while (anyActive) {
+#pragma GCC unroll 8
+    for (int32_t i = 0; i < kLanes; ++i) {
+      if (active[i]) s[i].Lengths(lengths[i]);
+    }
+    // Position steps of all lines in turn, until each has a chunk or reaches its line's end.
+    int32_t count[kLanes] = {};
+    bool more[kLanes];
+    bool anyMore = false;
+#pragma GCC unroll 8
+    for (int32_t i = 0; i < kLanes; ++i) {
+      more[i] = active[i];
+      anyMore = anyMore || more[i];
+    }
+    while (anyMore) {
+      anyMore = false;
+#pragma GCC unroll 8
+      for (int32_t i = 0; i < kLanes; ++i) {
+        if (more[i]) {
+          const bool full = position[i].Step(lengths[i][count[i]], filled[i][count[i]], room[i]);
+          ++count[i];
+          more[i] = !full && count[i] < kStepChunk;
+          anyMore = anyMore || more[i];
+        }
       }
     }
-    if (activeA && a.Values(lengthsA, filledA, countA)) {
-      activeA = beginNext(a, positionA, roomA);
-    }
-    if (activeB && b.Values(lengthsB, filledB, countB)) {
-      activeB = beginNext(b, positionB, roomB);
+    anyActive = false;
+    for (int32_t i = 0; i < kLanes; ++i) {
+      if (active[i] && s[i].Values(lengths[i], filled[i], count[i])) {
+        active[i] = beginNext(s[i], position[i], room[i]);
+      }
+      anyActive = anyActive || active[i];
     }
   }
 }

@@ -154,6 +154,7 @@ void FakeHost::BuildListFromAdded() {
   input.param_type = PF_Param_LAYER;
   list.push_back(input);
   list.insert(list.end(), added.begin(), added.end());
+  in_data.num_params = static_cast<A_long>(list.size());
 }
 
 std::vector<PF_ParamDef*> FakeHost::ParamArray() {

@@ -104,6 +104,22 @@ TEST_F(ReadRenderRecordTest, FreshInstanceDefaults) {
   EXPECT_EQ(record.transparencyFeather, 0.0);
 }
 
+// An array shorter than the set-up's list (a host that never ran this module's parameter
+// set-up gives the input layer alone) is never read past its end.
+TEST_F(ReadRenderRecordTest, ArrayShorterThanTheDeclaredListFails) {
+  auto array = host.ParamArray();
+  for (const A_long entries : {1, 2, 5}) {
+    host.in_data.num_params = entries;
+    try {
+      ReadRenderRecord(&host.in_data, array.data(), nullptr, record);
+      ADD_FAILURE() << entries << " entries read without error";
+    } catch (PF_Err err) {
+      EXPECT_EQ(err, PF_Err_INVALID_INDEX);
+    }
+  }
+  EXPECT_EQ(host.OpenCheckouts(), 0);
+}
+
 TEST_F(ReadRenderRecordTest, ArrayServesTheValuesAndTheHostOnlyTheLayer) {
   Param(ParamId::Channels).u.pd.value = 8;
   Param(ParamId::Direction).u.pd.value = 4;
