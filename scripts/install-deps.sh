@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the project needs. Idempotent; run as root.
+# With --bench, also OpenCV, which only the benchmark uses (as the cv::remap peer).
 set -euo pipefail
 
 packages=(
@@ -9,6 +10,7 @@ packages=(
   clang clang-format libclang-rt-14-dev
   frei0r-plugins-dev ffmpeg melt
 )
+if [ "${1:-}" = "--bench" ]; then packages+=(libopencv-dev); fi
 
 missing=()
 for p in "${packages[@]}"; do
