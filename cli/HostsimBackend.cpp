@@ -108,40 +108,40 @@ std::vector<std::string> SplitItems(const char* names) {
 }
 
 ControlSpec SpecOf(const PF_ParamDef& def, int32_t position) {
-  ControlSpec spec;
-  spec.id = def.uu.id;
-  spec.position = position;
-  spec.name = def.name;
+  ControlSpec control;
+  control.id = def.uu.id;
+  control.position = position;
+  control.name = def.name;
   switch (def.param_type) {
     case PF_Param_POPUP:
-      spec.type = ControlType::Popup;
-      spec.items = SplitItems(def.u.pd.u.namesptr);
-      spec.defaultValue = def.u.pd.dephault;
+      control.type = ControlType::Popup;
+      control.items = SplitItems(def.u.pd.u.namesptr);
+      control.defaultValue = def.u.pd.dephault;
       break;
     case PF_Param_FLOAT_SLIDER:
-      spec.type = ControlType::Slider;
-      spec.validMin = def.u.fs_d.valid_min;
-      spec.validMax = def.u.fs_d.valid_max;
-      spec.defaultValue = def.u.fs_d.dephault;
-      spec.precision = def.u.fs_d.precision;
-      spec.percent = (def.u.fs_d.display_flags & PF_ValueDisplayFlag_PERCENT) != 0;
+      control.type = ControlType::Slider;
+      control.validMin = def.u.fs_d.valid_min;
+      control.validMax = def.u.fs_d.valid_max;
+      control.defaultValue = def.u.fs_d.dephault;
+      control.precision = def.u.fs_d.precision;
+      control.percent = (def.u.fs_d.display_flags & PF_ValueDisplayFlag_PERCENT) != 0;
       break;
     case PF_Param_ANGLE:
-      spec.type = ControlType::Angle;
-      spec.defaultValue = def.u.ad.dephault / 65536.0;
+      control.type = ControlType::Angle;
+      control.defaultValue = def.u.ad.dephault / 65536.0;
       break;
     case PF_Param_CHECKBOX:
-      spec.type = ControlType::Checkbox;
-      spec.defaultValue = def.u.bd.dephault;
+      control.type = ControlType::Checkbox;
+      control.defaultValue = def.u.bd.dephault;
       break;
     case PF_Param_LAYER:
-      spec.type = ControlType::Layer;
+      control.type = ControlType::Layer;
       break;
     default:
-      spec.type = ControlType::Custom;
+      control.type = ControlType::Custom;
       break;
   }
-  return spec;
+  return control;
 }
 
 // Host values of a setting in the units the simulated host takes: angles in

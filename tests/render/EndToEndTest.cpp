@@ -12,6 +12,7 @@
 #include "hostsim/Host.h"
 #include "params/ParamId.h"
 #include "render/DispatchStretch.h"
+#include "tests/support/PaintWorld.h"
 
 namespace morvane {
 namespace {
@@ -30,28 +31,6 @@ morvane::PixelDepth KernelDepth(hostsim::PixelDepth depth) {
       return morvane::PixelDepth::Depth16;
     default:
       return morvane::PixelDepth::Depth32f;
-  }
-}
-
-// Fills every channel of `world` with in-range values that vary from pixel to pixel.
-void Paint(PF_EffectWorld& world, hostsim::PixelDepth depth, uint32_t seed) {
-  uint32_t state = seed;
-  const int32_t channelBytes = hostsim::PixelBytes(depth) / 4;
-  for (int32_t y = 0; y < world.height; ++y) {
-    auto* row = reinterpret_cast<uint8_t*>(world.data) + static_cast<ptrdiff_t>(y) * world.rowbytes;
-    for (int32_t c = 0; c < world.width * 4; ++c) {
-      state = state * 1664525u + 1013904223u;
-      uint8_t* at = row + static_cast<ptrdiff_t>(c) * channelBytes;
-      if (depth == hostsim::PixelDepth::Bits8) {
-        *at = static_cast<uint8_t>(state >> 24);
-      } else if (depth == hostsim::PixelDepth::Bits16) {
-        const auto v = static_cast<uint16_t>((state >> 16) % 32769u);
-        std::memcpy(at, &v, sizeof v);
-      } else {
-        const float v = static_cast<float>(state >> 8) / 16777216.0f;
-        std::memcpy(at, &v, sizeof v);
-      }
-    }
   }
 }
 
@@ -162,7 +141,7 @@ class EndToEnd : public ::testing::Test {
   PF_EffectWorld* NewLayer(int32_t width, int32_t height, hostsim::PixelDepth depth, uint32_t seed,
                            int32_t padding = 12) {
     PF_EffectWorld* world = host_->Worlds().Create(width, height, depth, padding);
-    Paint(*world, depth, seed);
+    morvane::testing::PaintWorld(*world, depth, seed);
     ++worldsKept_;
     return world;
   }

@@ -11,6 +11,7 @@
 
 #include "hostsim/Host.h"
 #include "params/ParamId.h"
+#include "tests/support/PaintWorld.h"
 
 namespace {
 
@@ -24,28 +25,6 @@ using morvane::ToInt;
 constexpr int kFrames = 256;
 constexpr int kFramesInFlight = 8;
 constexpr int kThreads = 4;
-
-// Paints every channel of a host world inside the depth's range.
-void Paint(PF_EffectWorld& world, PixelDepth depth, uint32_t seed) {
-  uint32_t state = seed * 747796405u + 2891336453u;
-  const int32_t channelBytes = hostsim::PixelBytes(depth) / 4;
-  for (int32_t y = 0; y < world.height; ++y) {
-    auto* row = reinterpret_cast<uint8_t*>(world.data) + static_cast<ptrdiff_t>(y) * world.rowbytes;
-    for (int32_t c = 0; c < world.width * 4; ++c) {
-      state = state * 1664525u + 1013904223u;
-      uint8_t* at = row + static_cast<ptrdiff_t>(c) * channelBytes;
-      if (depth == PixelDepth::Bits8) {
-        *at = static_cast<uint8_t>(state >> 24);
-      } else if (depth == PixelDepth::Bits16) {
-        const auto v = static_cast<uint16_t>((state >> 12) % 32769u);
-        std::memcpy(at, &v, sizeof v);
-      } else {
-        const float v = static_cast<float>(state >> 8) / 16777216.0f;
-        std::memcpy(at, &v, sizeof v);
-      }
-    }
-  }
-}
 
 class StressMultiFrameRender : public testing::Test {
  protected:
@@ -94,7 +73,7 @@ class StressMultiFrameRender : public testing::Test {
 
   PF_EffectWorld* NewWorld(int32_t width, int32_t height, PixelDepth depth, uint32_t seed) {
     PF_EffectWorld* world = host_.Worlds().Create(width, height, depth, 16);
-    Paint(*world, depth, seed);
+    morvane::testing::PaintWorld(*world, depth, seed);
     worlds_.push_back(world);
     return world;
   }
