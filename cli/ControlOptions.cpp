@@ -53,7 +53,7 @@ std::string Trim(std::string_view text) {
   return std::string(text);
 }
 
-std::string JoinItems(const ControlSpec& control, std::string_view separator) {
+std::string JoinItems(const ControlDescription& control, std::string_view separator) {
   std::string joined;
   for (const std::string& item : control.items) {
     if (!joined.empty()) joined += separator;
@@ -62,17 +62,17 @@ std::string JoinItems(const ControlSpec& control, std::string_view separator) {
   return joined;
 }
 
-std::string Prefix(const ControlSpec& control) {
+std::string Prefix(const ControlDescription& control) {
   return "--" + KebabCase(control.name) + ": \"" + control.name + "\"";
 }
 
-std::string RangeText(const ControlSpec& control) {
+std::string RangeText(const ControlDescription& control) {
   return FormatNumber(control.validMin, true) + " to " + FormatNumber(control.validMax, true) +
          (control.percent ? " %" : "");
 }
 
 // One value in host units, or a UsageError.
-double ParseValue(const ControlSpec& control, std::string_view raw) {
+double ParseValue(const ControlDescription& control, std::string_view raw) {
   const std::string text = Trim(raw);
   switch (control.type) {
     case ControlType::Popup: {
@@ -133,7 +133,7 @@ std::string KebabCase(std::string_view text) {
   return out;
 }
 
-bool IsValueControl(const ControlSpec& control) {
+bool IsValueControl(const ControlDescription& control) {
   return control.type != ControlType::Layer && control.type != ControlType::Custom;
 }
 
@@ -146,7 +146,7 @@ std::optional<int32_t> DegreesToFixed(double degrees) {
   return static_cast<int32_t>(fixed);
 }
 
-ControlSetting ParseControlSetting(const ControlSpec& control, std::string_view text) {
+ControlSetting ParseControlSetting(const ControlDescription& control, std::string_view text) {
   ControlSetting setting{control.id, control.name, control.type, false, {}};
   if (text.find(':') == std::string_view::npos) {
     setting.keys.push_back({0, ParseValue(control, text)});
@@ -174,7 +174,7 @@ ControlSetting ParseControlSetting(const ControlSpec& control, std::string_view 
   return setting;
 }
 
-std::string FormatDefault(const ControlSpec& control) {
+std::string FormatDefault(const ControlDescription& control) {
   switch (control.type) {
     case ControlType::Popup: {
       const auto index = static_cast<std::size_t>(control.defaultValue);
@@ -194,7 +194,7 @@ std::string FormatDefault(const ControlSpec& control) {
   return "";
 }
 
-std::string DescribeControl(const ControlSpec& control) {
+std::string DescribeControl(const ControlDescription& control) {
   const std::string name = "\"" + control.name + "\": ";
   const std::string dflt = " (default " + FormatDefault(control) + ")";
   switch (control.type) {

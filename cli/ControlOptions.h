@@ -22,7 +22,7 @@ std::string KebabCase(std::string_view text);
 
 // True for controls a user sets from the command line (not the layer, not the
 // custom-drawn controls).
-bool IsValueControl(const ControlSpec& control);
+bool IsValueControl(const ControlDescription& control);
 
 struct Keyframe {
   int32_t frame = 0;
@@ -49,12 +49,12 @@ std::optional<int32_t> DegreesToFixed(double degrees);
 // Parses `text` for `control`: a value, or FRAME:VALUE,FRAME:VALUE,... with
 // strictly increasing frames. Throws UsageError naming the option, the control
 // and its valid range or items.
-ControlSetting ParseControlSetting(const ControlSpec& control, std::string_view text);
+ControlSetting ParseControlSetting(const ControlDescription& control, std::string_view text);
 
 // One line describing the values a control takes and its default, for --help.
-std::string DescribeControl(const ControlSpec& control);
+std::string DescribeControl(const ControlDescription& control);
 
 // The default as the user writes it (kebab-case item, degrees, on/off, number).
-std::string FormatDefault(const ControlSpec& control);
+std::string FormatDefault(const ControlDescription& control);
 
 }  // namespace morvane::cli

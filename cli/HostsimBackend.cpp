@@ -107,8 +107,8 @@ std::vector<std::string> SplitItems(const char* names) {
   return items;
 }
 
-ControlSpec SpecOf(const PF_ParamDef& def, int32_t position) {
-  ControlSpec control;
+ControlDescription SpecOf(const PF_ParamDef& def, int32_t position) {
+  ControlDescription control;
   control.id = def.uu.id;
   control.position = position;
   control.name = def.name;

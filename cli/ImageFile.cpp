@@ -33,9 +33,9 @@ constexpr Channel FileWhite() {
 
 template <typename Channel>
 FileImage ReadChannels(OIIO::ImageInput& in, OIIO::TypeDesc type, const fs::path& path) {
-  const OIIO::ImageSpec& spec = in.spec();
-  const int n = spec.nchannels;
-  std::vector<Channel> raw(std::size_t(spec.width) * spec.height * n);
+  const OIIO::ImageSpec& header = in.spec();
+  const int n = header.nchannels;
+  std::vector<Channel> raw(std::size_t(header.width) * header.height * n);
   if (!in.read_image(0, 0, 0, n, type, raw.data())) {
     throw Failure("cannot read " + Quoted(path) + ": " + in.geterror());
   }
@@ -43,10 +43,10 @@ FileImage ReadChannels(OIIO::ImageInput& in, OIIO::TypeDesc type, const fs::path
   int map[4] = {0, 1, 2, -1};
   if (n <= 2) map[1] = map[2] = 0;
   if (n == 2) map[3] = 1;
-  if (n >= 4) map[3] = spec.alpha_channel >= 0 ? spec.alpha_channel : 3;
+  if (n >= 4) map[3] = header.alpha_channel >= 0 ? header.alpha_channel : 3;
 
-  Pixels<Channel> pixels(spec.width, spec.height);
-  const std::size_t count = std::size_t(spec.width) * spec.height;
+  Pixels<Channel> pixels(header.width, header.height);
+  const std::size_t count = std::size_t(header.width) * header.height;
   for (std::size_t p = 0; p < count; ++p) {
     for (int c = 0; c < 4; ++c) {
       pixels.values[4 * p + c] = map[c] < 0 ? FileWhite<Channel>() : raw[n * p + map[c]];
@@ -124,14 +124,14 @@ FileImage ReadImageFile(const fs::path& path) {
     const std::string reason = !fs::exists(path, ec) ? "no such file" : OIIO::geterror();
     throw Failure("cannot read " + Quoted(path) + ": " + reason);
   }
-  const OIIO::ImageSpec& spec = in->spec();
-  if (spec.width <= 0 || spec.height <= 0 || spec.nchannels <= 0) {
+  const OIIO::ImageSpec& header = in->spec();
+  if (header.width <= 0 || header.height <= 0 || header.nchannels <= 0) {
     throw Failure("cannot read " + Quoted(path) + ": the image is empty");
   }
-  if (spec.format == OIIO::TypeDesc::UINT8) {
+  if (header.format == OIIO::TypeDesc::UINT8) {
     return ReadChannels<uint8_t>(*in, OIIO::TypeDesc::UINT8, path);
   }
-  if (spec.format == OIIO::TypeDesc::UINT16) {
+  if (header.format == OIIO::TypeDesc::UINT16) {
     return ReadChannels<uint16_t>(*in, OIIO::TypeDesc::UINT16, path);
   }
   return ReadChannels<float>(*in, OIIO::TypeDesc::FLOAT, path);
@@ -153,13 +153,13 @@ Depth WriteImageFile(const fs::path& path, const ArgbImage& image, Depth fileDep
     requested = OIIO::TypeDesc::UINT16;
   }
   const int channels = out->supports("alpha") ? 4 : 3;
-  OIIO::ImageSpec spec(image.width(), image.height(), channels, requested);
-  if (channels == 4) spec.alpha_channel = 3;
-  spec.attribute("oiio:UnassociatedAlpha", 1);
-  spec.attribute("Software", "morvane");
+  OIIO::ImageSpec header(image.width(), image.height(), channels, requested);
+  if (channels == 4) header.alpha_channel = 3;
+  header.attribute("oiio:UnassociatedAlpha", 1);
+  header.attribute("Software", "morvane");
 
   TemporaryFile temporary(TemporaryPathFor(path));
-  if (!out->open(temporary.path().string(), spec)) {
+  if (!out->open(temporary.path().string(), header)) {
     throw Failure("cannot write " + Quoted(path) + ": " + out->geterror());
   }
   const Depth stored = DepthOfType(out->spec().format);

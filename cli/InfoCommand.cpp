@@ -70,7 +70,7 @@ void PrintModuleInfo(std::ostream& out, const ModuleInfo& info, HostProfile prof
       << "  flags        " << FlagText(info.outFlags, info.outFlagNames) << "\n"
       << "  flags 2      " << FlagText(info.outFlags2, info.outFlag2Names) << "\n\n"
       << "Controls in host " << HostProfileName(profile) << " (position, disk ID, option)\n";
-  for (const ControlSpec& control : info.controls) {
+  for (const ControlDescription& control : info.controls) {
     const bool settable = IsValueControl(control) || control.type == ControlType::Layer;
     std::string line = "  " + Padded(std::to_string(control.position), 4) +
                        Padded(std::to_string(control.id), 4) +

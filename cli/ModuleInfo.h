@@ -11,7 +11,7 @@ namespace morvane::cli {
 
 enum class ControlType { Popup, Slider, Angle, Checkbox, Layer, Custom };
 
-struct ControlSpec {
+struct ControlDescription {
   int32_t id = 0;        // the control's disk ID
   int32_t position = 0;  // index in the host's parameter list
   std::string name;      // as shown to the user
@@ -33,7 +33,7 @@ struct ModuleInfo {
   uint32_t outFlags2 = 0;
   std::vector<std::string> outFlagNames;  // the set flags by name, when known
   std::vector<std::string> outFlag2Names;
-  std::vector<ControlSpec> controls;  // in the host's parameter order, input layer excluded
+  std::vector<ControlDescription> controls;  // in the host's parameter order, input layer excluded
 };
 
 }  // namespace morvane::cli

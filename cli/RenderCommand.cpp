@@ -106,7 +106,7 @@ void RenderCommand::AddControlOptions() {
                      loadError_);
     return;
   }
-  for (const ControlSpec& control : backend_->Info().controls) {
+  for (const ControlDescription& control : backend_->Info().controls) {
     const bool layer = control.type == ControlType::Layer;
     if (!IsValueControl(control) && !layer) continue;
     const std::string name = KebabCase(control.name);
@@ -138,7 +138,7 @@ RenderOptions RenderCommand::BuildOptions() const {
   if (!frames_.empty()) options.frames = ParseFrameRange(frames_);
   options.jobs = jobs_ > 0 ? jobs_ : int(std::max(1u, std::thread::hardware_concurrency()));
   options.overwrite = overwrite_;
-  for (const ControlSpec& control : backend_->Info().controls) {
+  for (const ControlDescription& control : backend_->Info().controls) {
     const std::string name = KebabCase(control.name);
     const CLI::Option* option = command_->get_option_no_throw("--" + name);
     if (option == nullptr || option->count() == 0) continue;

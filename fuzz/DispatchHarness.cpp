@@ -98,20 +98,20 @@ class ExactWorld {
  public:
   static constexpr uint8_t kCanary = 0x5A;
 
-  ExactWorld(const WorldSpec& spec, PixelDepth depth)
+  ExactWorld(const WorldSpec& shape, PixelDepth depth)
       : depth_(depth),
-        rowbytes_(static_cast<size_t>(spec.width * 4 + spec.paddingChannels) *
+        rowbytes_(static_cast<size_t>(shape.width * 4 + shape.paddingChannels) *
                   static_cast<size_t>(ChannelBytes(depth))),
-        size_(rowbytes_ * static_cast<size_t>(spec.height)),
+        size_(rowbytes_ * static_cast<size_t>(shape.height)),
         bytes_(size_) {
     std::memset(bytes_.get(), kCanary, size_);
     world_ = PF_EffectWorld{};
     world_.data = reinterpret_cast<PF_PixelPtr>(bytes_.get());
     world_.rowbytes = static_cast<A_long>(rowbytes_);
-    world_.width = spec.width;
-    world_.height = spec.height;
-    world_.origin_x = spec.originX;
-    world_.origin_y = spec.originY;
+    world_.width = shape.width;
+    world_.height = shape.height;
+    world_.origin_x = shape.originX;
+    world_.origin_y = shape.originY;
   }
 
   PF_EffectWorld& World() { return world_; }

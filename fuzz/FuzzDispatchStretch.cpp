@@ -15,11 +15,11 @@ namespace morvane::fuzz {
 namespace {
 
 WorldSpec PickWorld(FuzzedDataProvider& data, int32_t minSize, int32_t maxSize) {
-  WorldSpec spec;
-  spec.width = data.ConsumeIntegralInRange(minSize, maxSize);
-  spec.height = data.ConsumeIntegralInRange(minSize, maxSize);
-  spec.paddingChannels = data.ConsumeBool() ? 0 : data.ConsumeIntegralInRange(1, 19);
-  return spec;
+  WorldSpec shape;
+  shape.width = data.ConsumeIntegralInRange(minSize, maxSize);
+  shape.height = data.ConsumeIntegralInRange(minSize, maxSize);
+  shape.paddingChannels = data.ConsumeBool() ? 0 : data.ConsumeIntegralInRange(1, 19);
+  return shape;
 }
 
 DispatchCase DecodeCase(FuzzedDataProvider& data) {

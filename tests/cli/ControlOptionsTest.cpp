@@ -54,8 +54,8 @@ INSTANTIATE_TEST_SUITE_P(Cases, Fixed,
                                          FixedCase{-32768.0, INT32_MIN},
                                          FixedCase{32768.0, int64_t{INT32_MAX} + 1}));
 
-ControlSpec Slider() {
-  ControlSpec c;
+ControlDescription Slider() {
+  ControlDescription c;
   c.id = 3;
   c.name = "Pixel Size";
   c.type = ControlType::Slider;
@@ -65,8 +65,8 @@ ControlSpec Slider() {
   return c;
 }
 
-ControlSpec Percent() {
-  ControlSpec c = Slider();
+ControlDescription Percent() {
+  ControlDescription c = Slider();
   c.name = "Shading Opacity";
   c.validMin = 0.0;
   c.validMax = 100.0;
@@ -74,8 +74,8 @@ ControlSpec Percent() {
   return c;
 }
 
-ControlSpec Popup() {
-  ControlSpec c;
+ControlDescription Popup() {
+  ControlDescription c;
   c.id = 22;
   c.name = "Channels";
   c.type = ControlType::Popup;
@@ -84,16 +84,16 @@ ControlSpec Popup() {
   return c;
 }
 
-ControlSpec Angle() {
-  ControlSpec c;
+ControlDescription Angle() {
+  ControlDescription c;
   c.id = 5;
   c.name = "Curve Phase";
   c.type = ControlType::Angle;
   return c;
 }
 
-ControlSpec Checkbox() {
-  ControlSpec c;
+ControlDescription Checkbox() {
+  ControlDescription c;
   c.id = 10;
   c.name = "Image Shift Phase Sync";
   c.type = ControlType::Checkbox;
@@ -102,7 +102,7 @@ ControlSpec Checkbox() {
 }
 
 struct ParseCase {
-  ControlSpec (*spec)();
+  ControlDescription (*control)();
   const char* text;
   std::vector<Keyframe> keys;  // empty: refused
   const char* messagePart = "";
@@ -111,21 +111,21 @@ struct ParseCase {
 class Parse : public testing::TestWithParam<ParseCase> {};
 
 TEST_P(Parse, AcceptsValidValuesAndNamesTheControlWhenRefusing) {
-  const ControlSpec spec = GetParam().spec();
+  const ControlDescription control = GetParam().control();
   if (GetParam().keys.empty()) {
     try {
-      ParseControlSetting(spec, GetParam().text);
+      ParseControlSetting(control, GetParam().text);
       FAIL() << "accepted " << GetParam().text;
     } catch (const UsageError& e) {
       const std::string message = e.what();
-      EXPECT_NE(message.find("--" + KebabCase(spec.name)), std::string::npos) << message;
-      EXPECT_NE(message.find("\"" + spec.name + "\""), std::string::npos) << message;
+      EXPECT_NE(message.find("--" + KebabCase(control.name)), std::string::npos) << message;
+      EXPECT_NE(message.find("\"" + control.name + "\""), std::string::npos) << message;
       EXPECT_NE(message.find(GetParam().messagePart), std::string::npos) << message;
     }
     return;
   }
-  const ControlSetting setting = ParseControlSetting(spec, GetParam().text);
-  EXPECT_EQ(setting.id, spec.id);
+  const ControlSetting setting = ParseControlSetting(control, GetParam().text);
+  EXPECT_EQ(setting.id, control.id);
   EXPECT_EQ(setting.keys, GetParam().keys);
   EXPECT_EQ(setting.animated, std::string_view(GetParam().text).find(':') != std::string::npos);
 }

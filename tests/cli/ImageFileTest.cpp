@@ -32,9 +32,9 @@ class ImageFileTest : public testing::Test {
                     const std::vector<T>& values) {
     const fs::path path = dir_ / name;
     auto out = OIIO::ImageOutput::create(path.string());
-    OIIO::ImageSpec spec(width, int(values.size()) / (width * channels), channels, type);
-    spec.attribute("oiio:UnassociatedAlpha", 1);
-    EXPECT_TRUE(out->open(path.string(), spec)) << out->geterror();
+    OIIO::ImageSpec header(width, int(values.size()) / (width * channels), channels, type);
+    header.attribute("oiio:UnassociatedAlpha", 1);
+    EXPECT_TRUE(out->open(path.string(), header)) << out->geterror();
     EXPECT_TRUE(out->write_image(type, values.data()));
     EXPECT_TRUE(out->close());
     return path;

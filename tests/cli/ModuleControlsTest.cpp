@@ -20,8 +20,8 @@ const ModuleInfo& Info(HostProfile profile) {
   return profile == HostProfile::Premiere ? premiere : ae;
 }
 
-const ControlSpec* Find(const ModuleInfo& info, const std::string& option) {
-  for (const ControlSpec& control : info.controls) {
+const ControlDescription* Find(const ModuleInfo& info, const std::string& option) {
+  for (const ControlDescription& control : info.controls) {
     if (IsValueControl(control) && "--" + KebabCase(control.name) == option) return &control;
   }
   return nullptr;
@@ -41,7 +41,7 @@ class ModuleOption : public testing::TestWithParam<OptionCase> {};
 TEST_P(ModuleOption, ParsesValidValuesAndRefusesOthersByName) {
   const OptionCase& c = GetParam();
   for (const HostProfile profile : {HostProfile::Ae, HostProfile::Premiere}) {
-    const ControlSpec* control = Find(Info(profile), c.option);
+    const ControlDescription* control = Find(Info(profile), c.option);
     ASSERT_NE(control, nullptr) << c.option;
     EXPECT_EQ(FormatDefault(*control), c.defaultText);
     const ControlSetting setting = ParseControlSetting(*control, c.accepted);
@@ -98,7 +98,7 @@ TEST(ModuleControls, EveryDeclaredValueControlHasAnOptionAndTheLayerIsAFile) {
   const ModuleInfo& info = Info(HostProfile::Ae);
   int values = 0;
   int layers = 0;
-  for (const ControlSpec& control : info.controls) {
+  for (const ControlDescription& control : info.controls) {
     values += IsValueControl(control) ? 1 : 0;
     if (control.type == ControlType::Layer) {
       ++layers;
