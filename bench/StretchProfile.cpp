@@ -2,19 +2,47 @@
 // (valgrind --tool=callgrind counts instructions repeatably even on a loaded machine):
 //
 //   morvane_profile <depth 8|16|32> <width> <height> <mode> <heavy 0|1> [frames] [noise 0|1]
+//                   [instruction set: fastest|baseline|avx2]
 //
-// Prints the thread's CPU time per frame and a checksum of the last output.
+// Prints the thread's CPU time per frame and a checksum of the last output. Naming an
+// instruction set runs the kernels of that build directly (mode 0, "Luma", only: one kernel, no
+// copies, so the same work as the render).
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "bench/BenchFrames.h"
 #include "render/DispatchStretch.h"
+#include "stretch/StretchKernel.h"
 
 namespace morvane::bench {
 namespace {
 
+// One frame of the "Luma" kernel with the line routines of one build; false when that build is
+// not available here.
 template <PixelDepth Depth>
-int Run(int32_t width, int32_t height, ChannelMode mode, bool heavy, int frames, Content content) {
+bool RenderLuma(Frame<Depth>& input, Frame<Depth>& output, const StretchRenderRecord& record,
+                KernelInstructionSet instructionSet) {
+  const auto* layer = record.intensityLayer;
+  const auto* layerPixels =
+      layer != nullptr ? reinterpret_cast<const ChannelType<Depth>*>(layer->data) : nullptr;
+  const int32_t elementBytes = static_cast<int32_t>(sizeof(ChannelType<Depth>));
+  PreparedStretchKernel<Depth> prepared;
+  PrepareStretchKernel<Depth>(
+      prepared,
+      layerPixels != nullptr ? IntensityOrigin::LayerIntensity : IntensityOrigin::SelfIntensity,
+      ChannelVariant::Luma, output.pixels.data(), output.width * 4, input.pixels.data(),
+      input.width * 4, input.width, input.height, record, 1.0f, layerPixels,
+      layer != nullptr ? layer->width : 0, layer != nullptr ? layer->height : 0,
+      layer != nullptr ? layer->rowbytes / elementBytes : 0, 0, 0);
+  if (!prepared.UseInstructionSet(instructionSet)) return false;
+  prepared.RenderLines(0, prepared.lineCount());
+  return true;
+}
+
+template <PixelDepth Depth>
+int Run(int32_t width, int32_t height, ChannelMode mode, bool heavy, int frames, Content content,
+        const char* instructionSet) {
   Frame<Depth>& input = CachedFrame<Depth>(width, height, content, 1);
   Frame<Depth>& layerFrame = CachedFrame<Depth>(width * 2 / 3, height * 2 / 3, content, 2);
   Frame<Depth> output(width, height);
@@ -23,9 +51,24 @@ int Run(int32_t width, int32_t height, ChannelMode mode, bool heavy, int frames,
   PF_EffectWorld layer = layerFrame.World();
   const StretchRenderRecord record = heavy ? HeavySettings(mode, &layer) : DefaultSettings(mode);
 
+  const bool direct = std::strcmp(instructionSet, "fastest") != 0;
+  const auto isa = std::strcmp(instructionSet, "avx2") == 0 ? KernelInstructionSet::Avx2
+                                                            : KernelInstructionSet::Baseline;
+  if (direct && (mode != ChannelMode::Luma || (std::strcmp(instructionSet, "baseline") != 0 &&
+                                               isa != KernelInstructionSet::Avx2))) {
+    std::fprintf(stderr,
+                 "an instruction set can be named for mode 0 only: fastest, baseline or avx2\n");
+    return 2;
+  }
   const double start = ThreadSeconds();
-  for (int i = 0; i < frames; ++i)
-    DispatchStretch<Depth>(in, out, record, 1.0f);
+  for (int i = 0; i < frames; ++i) {
+    if (!direct) {
+      DispatchStretch<Depth>(in, out, record, 1.0f);
+    } else if (!RenderLuma(input, output, record, isa)) {
+      std::fprintf(stderr, "this library or processor has no %s build\n", instructionSet);
+      return 2;
+    }
+  }
   const double perFrame = (ThreadSeconds() - start) / frames;
 
   uint64_t hash = 1469598103934665603ull;
@@ -43,7 +86,9 @@ int Run(int32_t width, int32_t height, ChannelMode mode, bool heavy, int frames,
 int main(int argc, char** argv) {
   using namespace morvane;
   if (argc < 6) {
-    std::fprintf(stderr, "usage: %s <8|16|32> <width> <height> <mode> <heavy> [frames] [noise]\n",
+    std::fprintf(stderr,
+                 "usage: %s <8|16|32> <width> <height> <mode> <heavy> [frames] [noise] "
+                 "[fastest|baseline|avx2]\n",
                  argv[0]);
     return 2;
   }
@@ -55,14 +100,18 @@ int main(int argc, char** argv) {
   const int frames = argc > 6 ? std::max(1, std::atoi(argv[6])) : 1;
   const auto content =
       argc > 7 && std::atoi(argv[7]) != 0 ? bench::Content::Noise : bench::Content::Footage;
+  const char* instructionSet = argc > 8 ? argv[8] : "fastest";
   if (width <= 0 || height <= 0) return 2;
   switch (depth) {
     case 8:
-      return bench::Run<PixelDepth::Depth8>(width, height, mode, heavy, frames, content);
+      return bench::Run<PixelDepth::Depth8>(width, height, mode, heavy, frames, content,
+                                            instructionSet);
     case 16:
-      return bench::Run<PixelDepth::Depth16>(width, height, mode, heavy, frames, content);
+      return bench::Run<PixelDepth::Depth16>(width, height, mode, heavy, frames, content,
+                                             instructionSet);
     case 32:
-      return bench::Run<PixelDepth::Depth32f>(width, height, mode, heavy, frames, content);
+      return bench::Run<PixelDepth::Depth32f>(width, height, mode, heavy, frames, content,
+                                              instructionSet);
     default:
       return 2;
   }

@@ -1,5 +1,6 @@
-// The four channels of a pixel as doubles, two to a vector register, so that the variants that
-// write several channels carry them through the resampler together. Every operation is the
+// The four channels of a pixel as doubles in vector registers (four to a register with AVX2, two
+// with SSE2), so that the variants that write several channels carry them through the resampler
+// together. Every operation is the
 // per-channel double operation itself (lane by lane, no fused or reordered arithmetic), so the
 // results are exactly those of four scalar computations.
 #pragma once
@@ -7,43 +8,78 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__)
+#if defined(__AVX2__)
+#include <immintrin.h>
+#elif defined(__SSE2__)
 #include <emmintrin.h>
 #endif
 
+#include "stretch/KernelIsa.h"
 #include "stretch/PixelTraits.h"
 
 namespace morvane {
+inline namespace MORVANE_ISA {
 
 using DoublePair = double __attribute__((vector_size(16)));
 
+// A quad is held in parts of one vector register each: one part of four lanes with AVX2, two of
+// two lanes with SSE2.
+#if defined(__AVX2__)
+inline constexpr int kQuadParts = 1;
+#else
+inline constexpr int kQuadParts = 2;
+#endif
+inline constexpr int kPartLanes = 4 / kQuadParts;
+using QuadPart = double __attribute__((vector_size(8 * kPartLanes)));
+using PartMask = decltype(QuadPart{} < QuadPart{});
+
 // Channels in memory order: alpha, red, green, blue.
 struct ChannelQuad {
-  DoublePair lo;  // alpha, red
-  DoublePair hi;  // green, blue
+  QuadPart part[kQuadParts];
 
-  [[gnu::always_inline]] double operator[](int i) const { return i < 2 ? lo[i] : hi[i - 2]; }
+  [[gnu::always_inline]] double operator[](int i) const {
+    return part[i / kPartLanes][i % kPartLanes];
+  }
 };
 
+// `op` applied part by part.
+template <typename Op>
+[[gnu::always_inline]] inline ChannelQuad PartWise(Op op) {
+  ChannelQuad result;
+  for (int i = 0; i < kQuadParts; ++i)
+    result.part[i] = op(i);
+  return result;
+}
+
 [[gnu::always_inline]] inline ChannelQuad operator+(const ChannelQuad& a, const ChannelQuad& b) {
-  return {a.lo + b.lo, a.hi + b.hi};
+  return PartWise([&](int i) { return a.part[i] + b.part[i]; });
 }
 [[gnu::always_inline]] inline ChannelQuad operator-(const ChannelQuad& a, const ChannelQuad& b) {
-  return {a.lo - b.lo, a.hi - b.hi};
+  return PartWise([&](int i) { return a.part[i] - b.part[i]; });
 }
 [[gnu::always_inline]] inline ChannelQuad operator*(const ChannelQuad& a, const ChannelQuad& b) {
-  return {a.lo * b.lo, a.hi * b.hi};
+  return PartWise([&](int i) { return a.part[i] * b.part[i]; });
 }
 [[gnu::always_inline]] inline ChannelQuad operator*(const ChannelQuad& a, double s) {
-  return {a.lo * s, a.hi * s};
+  return PartWise([&](int i) { return a.part[i] * s; });
 }
 [[gnu::always_inline]] inline ChannelQuad operator/(const ChannelQuad& a, double s) {
-  return {a.lo / s, a.hi / s};
+  return PartWise([&](int i) { return a.part[i] / s; });
+}
+
+// A quad from its four channels.
+[[gnu::always_inline]] inline ChannelQuad MakeQuad(double alpha, double red, double green,
+                                                   double blue) {
+#if defined(__AVX2__)
+  return {{QuadPart{alpha, red, green, blue}}};
+#else
+  return {{QuadPart{alpha, red}, QuadPart{green, blue}}};
+#endif
 }
 
 // The multipliers of one pixel: alpha on the alpha channel, colour on the other three.
 [[gnu::always_inline]] inline ChannelQuad QuadMultipliers(double alpha, double colour) {
-  return {DoublePair{alpha, colour}, DoublePair{colour, colour}};
+  return MakeQuad(alpha, colour, colour, colour);
 }
 
 // Lane masks: all ones in a lane where a comparison holds (both lanes of a mask made from
@@ -67,6 +103,14 @@ using LaneMask = decltype(DoublePair{} < DoublePair{});
 [[gnu::always_inline]] inline int32_t MaskCount(LaneMask m) {
   return static_cast<int32_t>(-m[0]);
 }
+// The mask over the lanes of one quad part.
+[[gnu::always_inline]] inline PartMask PartMaskOf(LaneMask m) {
+#if defined(__AVX2__)
+  return __builtin_shufflevector(m, m, 0, 1, 0, 1);
+#else
+  return m;
+#endif
+}
 
 // `a` where the mask is set, else `b`.
 [[gnu::always_inline]] inline double Choose(LaneMask m, double a, double b) {
@@ -74,51 +118,76 @@ using LaneMask = decltype(DoublePair{} < DoublePair{});
 }
 [[gnu::always_inline]] inline ChannelQuad Choose(LaneMask m, const ChannelQuad& a,
                                                  const ChannelQuad& b) {
-  return {m ? a.lo : b.lo, m ? a.hi : b.hi};
+  const PartMask mask = PartMaskOf(m);
+  return PartWise([&](int i) { return mask ? a.part[i] : b.part[i]; });
 }
 // `a` where the mask is set, else +0.0.
 [[gnu::always_inline]] inline double Keep(LaneMask m, double a) {
   return DoublePair(m & LaneMask(Broadcast(a)))[0];
 }
 [[gnu::always_inline]] inline ChannelQuad Keep(LaneMask m, const ChannelQuad& a) {
-  return {DoublePair(m & LaneMask(a.lo)), DoublePair(m & LaneMask(a.hi))};
+  const PartMask mask = PartMaskOf(m);
+  return PartWise([&](int i) { return QuadPart(mask & PartMask(a.part[i])); });
 }
 
 // A pixel's four channels converted to double.
 template <PixelDepth Depth>
 [[gnu::always_inline]] inline ChannelQuad LoadQuad(const ChannelType<Depth>* pixel) {
-#if defined(__SSE2__)
+#if defined(__AVX2__)
+  if constexpr (Depth == PixelDepth::Depth8) {
+    int32_t word;
+    std::memcpy(&word, pixel, 4);
+    return {{QuadPart(_mm256_cvtepi32_pd(_mm_cvtepu8_epi32(_mm_cvtsi32_si128(word))))}};
+  } else if constexpr (Depth == PixelDepth::Depth16) {
+    return {{QuadPart(_mm256_cvtepi32_pd(
+        _mm_cvtepu16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixel)))))}};
+  } else {
+    return {{QuadPart(_mm256_cvtps_pd(_mm_loadu_ps(pixel)))}};
+  }
+#elif defined(__SSE2__)
   if constexpr (Depth == PixelDepth::Depth8) {
     int32_t word;
     std::memcpy(&word, pixel, 4);
     const __m128i zero = _mm_setzero_si128();
     const __m128i ints = _mm_unpacklo_epi16(_mm_unpacklo_epi8(_mm_cvtsi32_si128(word), zero), zero);
-    return {DoublePair(_mm_cvtepi32_pd(ints)),
-            DoublePair(_mm_cvtepi32_pd(_mm_shuffle_epi32(ints, 0x0e)))};
+    return {{QuadPart(_mm_cvtepi32_pd(ints)),
+             QuadPart(_mm_cvtepi32_pd(_mm_shuffle_epi32(ints, 0x0e)))}};
   } else if constexpr (Depth == PixelDepth::Depth16) {
     const __m128i ints = _mm_unpacklo_epi16(
         _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixel)), _mm_setzero_si128());
-    return {DoublePair(_mm_cvtepi32_pd(ints)),
-            DoublePair(_mm_cvtepi32_pd(_mm_shuffle_epi32(ints, 0x0e)))};
+    return {{QuadPart(_mm_cvtepi32_pd(ints)),
+             QuadPart(_mm_cvtepi32_pd(_mm_shuffle_epi32(ints, 0x0e)))}};
   } else {
     const __m128 floats = _mm_loadu_ps(pixel);
-    return {DoublePair(_mm_cvtps_pd(floats)),
-            DoublePair(_mm_cvtps_pd(_mm_movehl_ps(floats, floats)))};
+    return {
+        {QuadPart(_mm_cvtps_pd(floats)), QuadPart(_mm_cvtps_pd(_mm_movehl_ps(floats, floats)))}};
   }
 #else
-  return {DoublePair{static_cast<double>(pixel[0]), static_cast<double>(pixel[1])},
-          DoublePair{static_cast<double>(pixel[2]), static_cast<double>(pixel[3])}};
+  return MakeQuad(static_cast<double>(pixel[0]), static_cast<double>(pixel[1]),
+                  static_cast<double>(pixel[2]), static_cast<double>(pixel[3]));
 #endif
 }
 
-namespace detail {
+}  // namespace MORVANE_ISA
 
-#if defined(__SSE2__)
-// DepthTraits<Depth>::Store on two lanes, in the two low 32-bit lanes. For x >= 0.5 rounding
-// half away from zero is floor(x + 0.5), and x + 0.5 is then exact or rounds without crossing
-// a whole number, so truncating the sum gives the rounded value. Everything below 0.5 (negative
-// values and NaN included) gives 0, which also covers 0.49999999999999994, whose sum with 0.5
-// would round up to 1. Values above white saturate to white.
+namespace detail {
+inline namespace MORVANE_ISA {
+
+// DepthTraits<Depth>::Store on four lanes (AVX2) or two (SSE2, in the two low 32-bit lanes). For
+// x >= 0.5 rounding half away from zero is floor(x + 0.5), and x + 0.5 is then exact or rounds
+// without crossing a whole number, so truncating the sum gives the rounded value. Everything
+// below 0.5 (negative values and NaN included) gives 0, which also covers 0.49999999999999994,
+// whose sum with 0.5 would round up to 1. Values above white saturate to white.
+#if defined(__AVX2__)
+template <int kWhite>
+[[gnu::always_inline]] inline __m128i RoundQuad(QuadPart v) {
+  const __m256d half = _mm256_set1_pd(0.5);
+  const __m256d x = __m256d(v);
+  const __m256d kept =
+      _mm256_and_pd(_mm256_cmp_pd(half, x, _CMP_LE_OQ), _mm256_min_pd(x, _mm256_set1_pd(kWhite)));
+  return _mm256_cvttpd_epi32(_mm256_add_pd(kept, half));
+}
+#elif defined(__SSE2__)
 template <int kWhite>
 [[gnu::always_inline]] inline __m128i RoundPair(DoublePair v) {
   const __m128d half = _mm_set1_pd(0.5);
@@ -128,7 +197,10 @@ template <int kWhite>
 }
 #endif
 
+}  // namespace MORVANE_ISA
 }  // namespace detail
+
+inline namespace MORVANE_ISA {
 
 // Stores the channels of `value` that a variant writes (all four, or red, green and blue),
 // converted for the depth exactly as DepthTraits<Depth>::Store converts one channel.
@@ -136,8 +208,12 @@ template <PixelDepth Depth, bool kWithAlpha>
 [[gnu::always_inline]] inline void StoreQuad(ChannelType<Depth>* pixel, const ChannelQuad& value) {
 #if defined(__SSE2__)
   if constexpr (Depth == PixelDepth::Depth32f) {
+#if defined(__AVX2__)
+    const __m128 floats = _mm256_cvtpd_ps(__m256d(value.part[0]));
+#else
     const __m128 floats =
-        _mm_movelh_ps(_mm_cvtpd_ps(__m128d(value.lo)), _mm_cvtpd_ps(__m128d(value.hi)));
+        _mm_movelh_ps(_mm_cvtpd_ps(__m128d(value.part[0])), _mm_cvtpd_ps(__m128d(value.part[1])));
+#endif
     if constexpr (kWithAlpha) {
       _mm_storeu_ps(pixel, floats);
     } else {
@@ -147,8 +223,12 @@ template <PixelDepth Depth, bool kWithAlpha>
     }
   } else {
     constexpr int kWhite = Depth == PixelDepth::Depth8 ? 255 : 32768;
-    const __m128i ints = _mm_unpacklo_epi64(detail::RoundPair<kWhite>(value.lo),
-                                            detail::RoundPair<kWhite>(value.hi));
+#if defined(__AVX2__)
+    const __m128i ints = detail::RoundQuad<kWhite>(value.part[0]);
+#else
+    const __m128i ints = _mm_unpacklo_epi64(detail::RoundPair<kWhite>(value.part[0]),
+                                            detail::RoundPair<kWhite>(value.part[1]));
+#endif
     if constexpr (Depth == PixelDepth::Depth8) {
       const __m128i bytes = _mm_packus_epi16(_mm_packs_epi32(ints, ints), ints);
       const auto word = static_cast<uint32_t>(_mm_cvtsi128_si32(bytes));
@@ -180,4 +260,5 @@ template <PixelDepth Depth, bool kWithAlpha>
 #endif
 }
 
+}  // namespace MORVANE_ISA
 }  // namespace morvane

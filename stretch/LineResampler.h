@@ -11,6 +11,7 @@
 #include "stretch/PixelTraits.h"
 
 namespace morvane {
+inline namespace MORVANE_ISA {
 
 // The decisions of one stretch step depend only on its length S and on the part f of the
 // current output pixel already filled (cut to 7 decimals): whether the source pixel ends inside
@@ -313,4 +314,5 @@ class OutputCursor {
   int32_t remaining_;
 };
 
+}  // namespace MORVANE_ISA
 }  // namespace morvane

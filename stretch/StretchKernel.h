@@ -51,6 +51,40 @@ struct KernelImages {
   int32_t layerHeight;
 };
 
+// Renders lines [first, last) of a prepared call.
+template <PixelDepth Depth>
+using LineRangeFn = void (*)(const StretchCall& call,
+                             const KernelImages<ChannelType<Depth>>& images, int32_t first,
+                             int32_t last);
+
+// The line routines of one build, per channel variant (in ChannelVariant order) for each
+// intensity origin: each picks the routine for a prepared call (by edge mode and multipliers).
+template <PixelDepth Depth>
+struct LineRoutines {
+  using Select = LineRangeFn<Depth> (*)(const StretchCall& call);
+  Select self[6];
+  Select layer[6];
+};
+
+// The instruction sets the line routines are built for. Both builds write the same bits: every
+// operation is the same double operation, only more of them run in one instruction.
+enum class KernelInstructionSet : int32_t { Baseline = 0, Avx2 = 1 };
+
+// Each build's routines (the AVX2 build exists on x86-64 builds other than Windows).
+template <PixelDepth Depth>
+const LineRoutines<Depth>& BaselineLineRoutines();
+template <PixelDepth Depth>
+const LineRoutines<Depth>& Avx2LineRoutines();
+
+// The routines built for `instructionSet`, or null when this library has no such build or the
+// processor cannot run it.
+template <PixelDepth Depth>
+const LineRoutines<Depth>* LineRoutinesFor(KernelInstructionSet instructionSet);
+
+// The routines of the fastest build this processor runs.
+template <PixelDepth Depth>
+const LineRoutines<Depth>* FastestLineRoutines();
+
 // One kernel call split into its set-up and its lines. PrepareStretchKernel does everything a
 // kernel does before its first line (tables, shift, layer geometry, all from the whole image);
 // RenderLines then renders any range of lines. Lines never influence each other, so rendering
@@ -61,9 +95,6 @@ template <PixelDepth Depth>
 class PreparedStretchKernel {
  public:
   using Channel = ChannelType<Depth>;
-  using LineRangeFn = void (*)(const StretchCall& call, const KernelImages<Channel>& images,
-                               int32_t first, int32_t last);
-
   // Lines of the call: rows for Right and Left, columns for Down and Up; 0 when there is
   // nothing to render.
   int32_t lineCount() const { return lines_ == nullptr ? 0 : call_.lineCount; }
@@ -74,7 +105,13 @@ class PreparedStretchKernel {
   // The call's prepared quantities (valid when lineCount() > 0).
   const StretchCall& call() const { return call_; }
 
+  // Renders with the routines built for `instructionSet` instead of the fastest ones (to compare
+  // the builds). False, changing nothing, when nothing is prepared or that build is absent.
+  bool UseInstructionSet(KernelInstructionSet instructionSet);
+
  private:
+  LineRangeFn<Depth> PickLines(const LineRoutines<Depth>& routines) const;
+
   template <PixelDepth D>
   friend void PrepareStretchKernel(PreparedStretchKernel<D>& prepared, IntensityOrigin origin,
                                    ChannelVariant variant, ChannelType<D>* dst, int32_t dstStride,
@@ -86,7 +123,9 @@ class PreparedStretchKernel {
 
   StretchCall call_;
   KernelImages<Channel> images_{};
-  LineRangeFn lines_ = nullptr;
+  LineRangeFn<Depth> lines_ = nullptr;
+  int32_t routine_ = 0;  // the channel variant
+  bool useLayer_ = false;
 };
 
 // Prepares the kernel (origin, variant) of this depth with the fourteen kernel arguments, as

@@ -1,5 +1,6 @@
 // A prepared kernel rendered in bands of lines, in any order and on several threads at once,
-// writes exactly what the whole kernel call writes.
+// writes exactly what the whole kernel call writes; so do the line routines of every
+// instruction-set build.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -127,6 +128,35 @@ TYPED_TEST(KernelBands, ConcurrentBandsOnSeveralThreadsGiveTheWholeCall) {
   }
 }
 
+TYPED_TEST(KernelBands, EveryInstructionSetBuildWritesTheSameBits) {
+#if defined(MORVANE_AVX2_KERNELS)
+  const bool avx2Expected = __builtin_cpu_supports("avx2");
+#else
+  const bool avx2Expected = false;
+#endif
+  constexpr PixelDepth kDepth = TestFixture::kDepth;
+  ASSERT_EQ(LineRoutinesFor<kDepth>(KernelInstructionSet::Avx2) != nullptr, avx2Expected);
+  if (!avx2Expected) GTEST_SKIP() << "no AVX2 build of the line routines here";
+  for (uint32_t seed = 0; seed < 480; ++seed) {
+    auto c = TestFixture::Make(seed);
+    if (seed % 2 == 1) {
+      // Longer lines, so that many steps share one chunk of each pass.
+      c.image = RandomImage<kDepth>(97, 5, seed);
+      c.initial = RandomImage<kDepth>(97, 5, seed + 1);
+    }
+    auto baseline = c.initial;
+    auto avx2 = c.initial;
+    PreparedStretchKernel<kDepth> prepared;
+    TestFixture::Prepare(c, baseline, prepared);
+    ASSERT_TRUE(prepared.UseInstructionSet(KernelInstructionSet::Baseline));
+    prepared.RenderLines(0, prepared.lineCount());
+    TestFixture::Prepare(c, avx2, prepared);
+    ASSERT_TRUE(prepared.UseInstructionSet(KernelInstructionSet::Avx2));
+    prepared.RenderLines(0, prepared.lineCount());
+    ASSERT_TRUE(SamePixels(baseline, avx2)) << "seed " << seed;
+  }
+}
+
 TYPED_TEST(KernelBands, NothingToRenderPreparesNoLines) {
   const auto image = RandomImage<TestFixture::kDepth>(4, 3, 1);
   auto out = image;
@@ -139,6 +169,7 @@ TYPED_TEST(KernelBands, NothingToRenderPreparesNoLines) {
       prepared, IntensityOrigin::SelfIntensity, ChannelVariant::Luma, out.pixels(), out.stride,
       image.pixels(), image.stride, 0, 3, DefaultRecord(), 1.0f, nullptr, 0, 0, 0, 0, 0);
   EXPECT_EQ(prepared.lineCount(), 0);
+  EXPECT_FALSE(prepared.UseInstructionSet(KernelInstructionSet::Baseline));
   prepared.RenderLines(0, 10);
   EXPECT_TRUE(SamePixels(out, image));
 }
