@@ -3,17 +3,6 @@
 #include "stretch/StretchKernel.h"
 
 namespace morvane {
-namespace {
-
-bool ProcessorRunsAvx2() {
-#if defined(MORVANE_AVX2_KERNELS)
-  return __builtin_cpu_supports("avx2");
-#else
-  return false;
-#endif
-}
-
-}  // namespace
 
 template <PixelDepth Depth>
 const LineRoutines<Depth>* LineRoutinesFor(KernelInstructionSet instructionSet) {
@@ -22,7 +11,8 @@ const LineRoutines<Depth>* LineRoutinesFor(KernelInstructionSet instructionSet) 
       return &BaselineLineRoutines<Depth>();
     case KernelInstructionSet::Avx2:
 #if defined(MORVANE_AVX2_KERNELS)
-      if (ProcessorRunsAvx2()) return &Avx2LineRoutines<Depth>();
+      // The processor check includes the operating system's support for the AVX registers.
+      if (__builtin_cpu_supports("avx2")) return &Avx2LineRoutines<Depth>();
 #endif
       return nullptr;
   }
