@@ -211,30 +211,46 @@ class LineStretcher {
 
   // The output pixels of `count` steps. Returns true when the output line is full.
   [[gnu::always_inline]] bool Values(const double* lengths, const double* filled, int32_t count) {
-    for (int32_t k = 0; k < count; ++k) {
-      const Value following = LoadChannels<Depth, Variant>(Pixel(next_.Index()));
+    // The pass works on local copies of the line's state and of what it reads from the call:
+    // its 8-bit stores may alias any object in memory, so state kept in members would be
+    // stored and loaded again around every output pixel.
+    OutputCursor<Depth, Variant> cursor = cursor_;
+    LineResampler<Value> resampler = resampler_;
+    LinePositionWalker<Mode> next = next_;
+    Value current = current_;
+    double fadeCurrent = fadeCurrent_;
+    ShadeWalker shade = shade_;
+    const Channel* const source = source_;
+    const std::ptrdiff_t pixelStep = in_.pixelStep;
+    const int32_t feather = call_.featherLength;
+    const ShadingChannel shadingChannel = call_.shadingChannel;
+
+    bool full = false;
+    for (int32_t k = 0; k < count && !full; ++k) {
+      const Value following = LoadChannels<Depth, Variant>(source + next.Index() * pixelStep);
       if constexpr (kMultiply) {
-        const StepMultipliers m =
-            RouteShades(call_.shadingChannel, shade_.Current(), shade_.Next());
-        const double fadeNext = next_.Fade(call_.featherLength);
+        const StepMultipliers m = RouteShades(shadingChannel, shade.Current(), shade.Next());
+        const double fadeNext = next.Fade(feather);
         const Value currentMul =
-            ChannelMultipliers<Variant>(m.alphaCurrent * fadeCurrent_, m.colourCurrent);
+            ChannelMultipliers<Variant>(m.alphaCurrent * fadeCurrent, m.colourCurrent);
         const Value nextMul = ChannelMultipliers<Variant>(m.alphaNext * fadeNext, m.colourNext);
-        if (resampler_.StepValues(lengths[k], filled[k], current_, following, currentMul, nextMul,
-                                  cursor_)) {
-          return true;
-        }
-        fadeCurrent_ = fadeNext;
-        shade_.Advance();
+        full = resampler.StepValues(lengths[k], filled[k], current, following, currentMul, nextMul,
+                                    cursor);
+        fadeCurrent = fadeNext;
+        shade.Advance();
       } else {
-        if (resampler_.StepValues(lengths[k], filled[k], current_, following, cursor_)) {
-          return true;
-        }
+        full = resampler.StepValues(lengths[k], filled[k], current, following, cursor);
       }
-      current_ = following;
-      next_.Advance();
+      current = following;
+      next.Advance();
     }
-    return false;
+    cursor_ = cursor;
+    resampler_ = resampler;
+    next_ = next;
+    current_ = current;
+    fadeCurrent_ = fadeCurrent;
+    shade_ = shade;
+    return full;
   }
 
  private:
