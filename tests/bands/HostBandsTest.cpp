@@ -9,24 +9,20 @@
 #include <vector>
 
 #include "hostsim/Host.h"
-#include "tests/support/PaintWorld.h"
+#include "tests/support/HostedSession.h"
 
 namespace morvane {
 namespace {
 
 using hostsim::HostProfile;
 
-class HostBands : public ::testing::Test {
+class HostBands : public testing::HostedSession {
  protected:
-  void Start(const HostProfile& profile) {
-    host_.emplace(profile);
-    host_->Load(MORVANE_MODULE_PATH, MORVANE_PIPL_PATH);
-    ASSERT_EQ(host_->Register(), A_Err_NONE);
-    ASSERT_EQ(host_->GlobalSetup().err, PF_Err_NONE);
-    ASSERT_EQ(host_->ParamsSetup().err, PF_Err_NONE);
-    instance_ = &host_->NewInstance();
-    ASSERT_EQ(host_->SequenceSetup(*instance_).err, PF_Err_NONE);
-    // A look with long stretches, shading and a mirrored edge.
+  // The module set up on a host with `profile`, with a look of long stretches, shading and a
+  // mirrored edge.
+  void StartWithLook(const HostProfile& profile) {
+    Start(profile);
+    ASSERT_FALSE(HasFatalFailure());
     host_->SetValue(*instance_, "Morvane", 6.0);
     host_->SetValue(*instance_, "Curve Smoothness", 2.0);
     host_->SetValue(*instance_, "Image Shift Phase", 100.0);
@@ -35,18 +31,7 @@ class HostBands : public ::testing::Test {
   }
 
   void TearDown() override {
-    if (!host_) return;
-    EXPECT_EQ(host_->SequenceSetdown(*instance_).err, PF_Err_NONE);
-    EXPECT_EQ(host_->GlobalSetdown().err, PF_Err_NONE);
-    const hostsim::SessionReport report = host_->Report();
-    EXPECT_TRUE(report.Clean()) << report.Describe();
-  }
-
-  PF_EffectWorld* NewLayer(int32_t width, int32_t height, hostsim::PixelDepth depth,
-                           uint32_t seed) {
-    PF_EffectWorld* world = host_->Worlds().Create(width, height, depth, 12);
-    morvane::testing::PaintWorld(*world, depth, seed);
-    return world;
+    if (host_) Finish();
   }
 
   hostsim::SmartFrameResult Smart(const PF_EffectWorld* input) {
@@ -54,16 +39,13 @@ class HostBands : public ::testing::Test {
     frame.input = input;
     return host_->RenderSmart(*instance_, frame);
   }
-
-  std::optional<hostsim::Host> host_;
-  hostsim::EffectInstance* instance_ = nullptr;
 };
 
 constexpr hostsim::PixelDepth kDepths[] = {hostsim::PixelDepth::Bits8, hostsim::PixelDepth::Bits16,
                                            hostsim::PixelDepth::Float32};
 
 TEST_F(HostBands, SmartRenderIsBitIdenticalOnAnyNumberOfHostThreads) {
-  Start(HostProfile::AfterEffects());
+  StartWithLook(HostProfile::AfterEffects());
   for (const hostsim::PixelDepth depth : kDepths) {
     for (int direction : {1, 3}) {  // rows (Right) and columns (Down), several bands each
       host_->SetValue(*instance_, "Direction", direction);
@@ -87,7 +69,7 @@ TEST_F(HostBands, SmartRenderIsBitIdenticalOnAnyNumberOfHostThreads) {
 }
 
 TEST_F(HostBands, PremiereSingleCallRenderIsBitIdenticalWithThreads) {
-  Start(HostProfile::Premiere());
+  StartWithLook(HostProfile::Premiere());
   for (const hostsim::PixelDepth depth : kDepths) {
     hostsim::LegacyFrame frame;
     frame.input = NewLayer(70, 99, depth, 3);
@@ -103,7 +85,7 @@ TEST_F(HostBands, PremiereSingleCallRenderIsBitIdenticalWithThreads) {
 }
 
 TEST_F(HostBands, CancelledRenderEndsWithInterruptAndChecksEverythingIn) {
-  Start(HostProfile::AfterEffects());
+  StartWithLook(HostProfile::AfterEffects());
   const PF_EffectWorld* input = NewLayer(64, 200, hostsim::PixelDepth::Bits8, 5);
   // {threads, questions answered "go on" before the cancel, questions expected in all}. Without
   // the host's threads the bands run in order on the calling thread, so a cancel between bands

@@ -12,6 +12,7 @@
 #include "params/CurveGraph.h"
 #include "params/HeaderBanner.h"
 #include "params/ParamId.h"
+#include "tests/support/HostedSession.h"
 
 namespace morvane {
 namespace {
@@ -24,23 +25,10 @@ using hostsim::PanelWindow;
 
 constexpr char kAcquireFailed[] = "Not able to acquire AEFX Suite.";
 
-class HostedControls : public ::testing::Test {
+class HostedControls : public morvane::testing::HostedSession {
  protected:
-  void Start(const HostProfile& profile) {
-    host_.emplace(profile);
-    host_->Load(MORVANE_MODULE_PATH, MORVANE_PIPL_PATH);
-    ASSERT_EQ(host_->Register(), A_Err_NONE);
-    ASSERT_EQ(host_->GlobalSetup().err, PF_Err_NONE);
-    ASSERT_EQ(host_->ParamsSetup().err, PF_Err_NONE);
-    instance_ = &host_->NewInstance();
-    ASSERT_EQ(host_->SequenceSetup(*instance_).err, PF_Err_NONE);
-  }
-
   void TearDown() override {
-    if (!host_) return;
-    host_->SequenceSetdown(*instance_);
-    const hostsim::SessionReport report = host_->Report();
-    EXPECT_TRUE(report.Clean()) << report.Describe();
+    if (host_) Finish();
   }
 
   // The window of the control with this disk ID as the host lays out the panel.
@@ -119,9 +107,6 @@ class HostedControls : public ::testing::Test {
   void ExpectNothingDrawn(const EffectWindow& window) {
     ExpectNothingDrawn([&] { return Draw(window); });
   }
-
-  std::optional<Host> host_;
-  hostsim::EffectInstance* instance_ = nullptr;
 };
 
 TEST_F(HostedControls, CurveGraphInAfterEffectsFollowsTheControls) {

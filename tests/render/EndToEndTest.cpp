@@ -12,7 +12,7 @@
 #include "hostsim/Host.h"
 #include "params/ParamId.h"
 #include "render/DispatchStretch.h"
-#include "tests/support/PaintWorld.h"
+#include "tests/support/HostedSession.h"
 
 namespace morvane {
 namespace {
@@ -117,33 +117,10 @@ hostsim::LegacyFrame ReportingFormat(hostsim::LegacyFrame legacy, PrPixelFormat 
 
 // --- The session ----------------------------------------------------------------------
 
-class EndToEnd : public ::testing::Test {
+class EndToEnd : public testing::HostedSession {
  protected:
-  void Start(const HostProfile& profile) {
-    host_.emplace(profile);
-    host_->Load(MORVANE_MODULE_PATH, MORVANE_PIPL_PATH);
-    ASSERT_EQ(host_->Register(), A_Err_NONE);
-    ASSERT_EQ(host_->GlobalSetup().err, PF_Err_NONE);
-    ASSERT_EQ(host_->ParamsSetup().err, PF_Err_NONE);
-    instance_ = &host_->NewInstance();
-    ASSERT_EQ(host_->SequenceSetup(*instance_).err, PF_Err_NONE);
-  }
-
   void TearDown() override {
-    if (!host_) return;
-    EXPECT_EQ(host_->SequenceSetdown(*instance_).err, PF_Err_NONE);
-    EXPECT_EQ(host_->GlobalSetdown().err, PF_Err_NONE);
-    const hostsim::SessionReport report = host_->Report();
-    EXPECT_TRUE(report.Clean()) << report.Describe();
-    EXPECT_EQ(host_->Worlds().LiveCount(), worldsKept_);
-  }
-
-  PF_EffectWorld* NewLayer(int32_t width, int32_t height, hostsim::PixelDepth depth, uint32_t seed,
-                           int32_t padding = 12) {
-    PF_EffectWorld* world = host_->Worlds().Create(width, height, depth, padding);
-    morvane::testing::PaintWorld(*world, depth, seed);
-    ++worldsKept_;
-    return world;
+    if (host_) Finish();
   }
 
   A_long Popup(ParamId id) { return host_->ParamAt(*instance_, ToInt(id), 0).u.pd.value; }
@@ -191,10 +168,6 @@ class EndToEnd : public ::testing::Test {
     h.SetPopup(*instance_, "Shading Channel(s)", "RGB");
     h.SetPopup(*instance_, "Edge Mode", "Mirror");
   }
-
-  std::optional<Host> host_;
-  hostsim::EffectInstance* instance_ = nullptr;
-  size_t worldsKept_ = 0;
 };
 
 // --- Parameters -------------------------------------------------------------------------
