@@ -322,8 +322,7 @@ SessionReport Host::Report() const {
   const std::lock_guard lock(mutex_);
   report.problems.insert(report.problems.end(), problems_.begin(), problems_.end());
   if (pixelCheckouts_ != 0) {
-    report.problems.push_back(std::to_string(pixelCheckouts_) +
-                              " layer checkouts not checked in");
+    report.problems.push_back(std::to_string(pixelCheckouts_) + " layer checkouts not checked in");
   }
   if (paramCheckouts_ != 0) {
     report.problems.push_back(std::to_string(paramCheckouts_) +

@@ -24,28 +24,28 @@ enum class ChannelMode : int32_t {
 // values) unchanged. The kernels own all scaling. A value-initialised record
 // (`StretchRenderRecord record{};`) is all zero.
 struct StretchRenderRecord {
-  int32_t channelMode;             // a ChannelMode
-  double intensity;                // "Morvane Intensity", percent
-  int32_t direction;               // 0 Right, 1 Left, 2 Down, 3 Up
-  double stretchAmount;            // "Morvane"
-  double pixelSize;                // "Pixel Size"
-  double startOffset;              // "Stretch Start Offset", percent
-  int32_t curveShape;              // a CurveShape
-  int32_t curvePhase;              // 16.16 degrees
-  double curveSmoothness;          // "Curve Smoothness"
-  int32_t distributionMode;        // 0 Constant, 1 Linear Ramp Up, 2 Linear Ramp Down
-  double distributionRange;        // "Distribution Range"
-  int32_t imageShiftPhase;         // 16.16 degrees
-  int32_t imageShiftPhaseSync;     // checkbox, 0 off
-  int32_t shadingMode;             // a ShadingMode
-  int32_t shadingIntervalSize;     // whole pixels at full resolution
-  int32_t shadingIntervalPhase;    // 16.16 degrees
-  double shadingOpacity;           // percent
-  int32_t shadingChannels;         // a ShadingChannel
-  int32_t edgeMode;                // an EdgeMode
-  double transparencyFeather;      // percent
-  PF_EffectWorld* intensityLayer;  // not owned; null or an image whose data may be null
-  PF_ParamDef intensityLayerParam; // filled by the single-call render only
+  int32_t channelMode;              // a ChannelMode
+  double intensity;                 // "Morvane Intensity", percent
+  int32_t direction;                // 0 Right, 1 Left, 2 Down, 3 Up
+  double stretchAmount;             // "Morvane"
+  double pixelSize;                 // "Pixel Size"
+  double startOffset;               // "Stretch Start Offset", percent
+  int32_t curveShape;               // a CurveShape
+  int32_t curvePhase;               // 16.16 degrees
+  double curveSmoothness;           // "Curve Smoothness"
+  int32_t distributionMode;         // 0 Constant, 1 Linear Ramp Up, 2 Linear Ramp Down
+  double distributionRange;         // "Distribution Range"
+  int32_t imageShiftPhase;          // 16.16 degrees
+  int32_t imageShiftPhaseSync;      // checkbox, 0 off
+  int32_t shadingMode;              // a ShadingMode
+  int32_t shadingIntervalSize;      // whole pixels at full resolution
+  int32_t shadingIntervalPhase;     // 16.16 degrees
+  double shadingOpacity;            // percent
+  int32_t shadingChannels;          // a ShadingChannel
+  int32_t edgeMode;                 // an EdgeMode
+  double transparencyFeather;       // percent
+  PF_EffectWorld* intensityLayer;   // not owned; null or an image whose data may be null
+  PF_ParamDef intensityLayerParam;  // filled by the single-call render only
 };
 
 // The fourteen values every StretchKernel is called with, in call order, as one
