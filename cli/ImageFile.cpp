@@ -32,8 +32,8 @@ constexpr Channel FileWhite() {
 }
 
 template <typename Channel>
-FileImage ReadChannels(OIIO::ImageInput& in, OIIO::TypeDesc type, const fs::path& path) {
-  const OIIO::ImageSpec& header = in.spec();
+FileImage ReadChannels(OIIO::ImageInput& in, const OIIO::ImageSpec& header, OIIO::TypeDesc type,
+                       const fs::path& path) {
   const int n = header.nchannels;
   std::vector<Channel> raw(std::size_t(header.width) * header.height * n);
   if (!in.read_image(0, 0, 0, n, type, raw.data())) {
@@ -124,17 +124,18 @@ FileImage ReadImageFile(const fs::path& path) {
     const std::string reason = !fs::exists(path, ec) ? "no such file" : OIIO::geterror();
     throw Failure("cannot read " + Quoted(path) + ": " + reason);
   }
-  const OIIO::ImageSpec& header = in->spec();
+  // The first subimage's size, channel count and pixel type.
+  const OIIO::ImageSpec header = in->spec_dimensions(0);
   if (header.width <= 0 || header.height <= 0 || header.nchannels <= 0) {
     throw Failure("cannot read " + Quoted(path) + ": the image is empty");
   }
   if (header.format == OIIO::TypeDesc::UINT8) {
-    return ReadChannels<uint8_t>(*in, OIIO::TypeDesc::UINT8, path);
+    return ReadChannels<uint8_t>(*in, header, OIIO::TypeDesc::UINT8, path);
   }
   if (header.format == OIIO::TypeDesc::UINT16) {
-    return ReadChannels<uint16_t>(*in, OIIO::TypeDesc::UINT16, path);
+    return ReadChannels<uint16_t>(*in, header, OIIO::TypeDesc::UINT16, path);
   }
-  return ReadChannels<float>(*in, OIIO::TypeDesc::FLOAT, path);
+  return ReadChannels<float>(*in, header, OIIO::TypeDesc::FLOAT, path);
 }
 
 Depth NaturalDepth(const FileImage& file) {

@@ -125,7 +125,7 @@ TEST_F(ImageFileTest, FormatsWithoutAlphaGetRgb) {
   WriteImageFile(out, ArgbImage{pixels}, Depth::Depth8);
   auto in = OIIO::ImageInput::open(out.string());
   ASSERT_TRUE(in);
-  EXPECT_EQ(in->spec().nchannels, 3);
+  EXPECT_EQ(in->spec_dimensions(0).nchannels, 3);
 }
 
 TEST_F(ImageFileTest, FailuresNameTheFileAndLeaveNothing) {
