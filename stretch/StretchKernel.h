@@ -70,7 +70,7 @@ struct LineRoutines {
 // operation is the same double operation, only more of them run in one instruction.
 enum class KernelInstructionSet : int32_t { Baseline = 0, Avx2 = 1 };
 
-// Each build's routines (the AVX2 build exists on x86-64 builds other than Windows).
+// Each build's routines (the AVX2 build exists in optimised x86-64 builds other than Windows).
 template <PixelDepth Depth>
 const LineRoutines<Depth>& BaselineLineRoutines();
 template <PixelDepth Depth>
@@ -124,7 +124,7 @@ class PreparedStretchKernel {
   StretchCall call_;
   KernelImages<Channel> images_{};
   LineRangeFn<Depth> lines_ = nullptr;
-  int32_t routine_ = 0;  // the channel variant
+  int32_t variantIndex_ = 0;  // the ChannelVariant as an index
   bool useLayer_ = false;
 };
 

@@ -39,7 +39,7 @@ void PrepareStretchKernel(PreparedStretchKernel<Depth>& prepared, IntensityOrigi
   prepared.images_ = {dst,    dstStride,   src,         srcStride,  width,
                       height, layerPixels, layerStride, layerWidth, layerHeight};
 
-  prepared.routine_ = v;
+  prepared.variantIndex_ = v;
   prepared.useLayer_ = useLayer;
   prepared.lines_ = prepared.PickLines(*FastestLineRoutines<Depth>());
 }
@@ -55,7 +55,7 @@ bool PreparedStretchKernel<Depth>::UseInstructionSet(KernelInstructionSet instru
 template <PixelDepth Depth>
 LineRangeFn<Depth> PreparedStretchKernel<Depth>::PickLines(
     const LineRoutines<Depth>& routines) const {
-  return (useLayer_ ? routines.layer : routines.self)[routine_](call_);
+  return (useLayer_ ? routines.layer : routines.self)[variantIndex_](call_);
 }
 
 template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant>
