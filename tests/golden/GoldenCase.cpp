@@ -1,0 +1,162 @@
+#include "tests/golden/GoldenCase.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <sstream>
+#include <stdexcept>
+#include <type_traits>
+
+#include "render/DispatchStretch.h"
+
+namespace morvane::golden {
+namespace {
+
+int32_t ChannelBytes(PixelDepth depth) {
+  return depth == PixelDepth::Depth8 ? 1 : depth == PixelDepth::Depth16 ? 2 : 4;
+}
+
+// Channel values as footage and hosts deliver them: half the alphas opaque, black and white
+// often, 16-bit values beyond white, float values out of range and NaN now and then.
+template <typename T>
+T RandomChannel(Random& rng, bool alpha) {
+  if constexpr (std::is_same_v<T, uint8_t>) {
+    if (alpha && rng.Chance(0.5)) return 255;
+    if (rng.Chance(0.08)) return rng.Chance(0.5) ? 0 : 255;
+    return static_cast<uint8_t>(rng.Int(0, 255));
+  } else if constexpr (std::is_same_v<T, uint16_t>) {
+    if (alpha && rng.Chance(0.5)) return 32768;
+    if (rng.Chance(0.04)) return static_cast<uint16_t>(rng.Int(32769, 65535));
+    if (rng.Chance(0.08)) return rng.Chance(0.5) ? 0 : 32768;
+    return static_cast<uint16_t>(rng.Int(0, 32768));
+  } else {
+    if (alpha && rng.Chance(0.5)) return 1.0f;
+    if (rng.Chance(0.01)) return std::nanf("");
+    if (rng.Chance(0.05)) return static_cast<float>(rng.Real(-0.5, 2.5));
+    return static_cast<float>(rng.Real(0.0, 1.0));
+  }
+}
+
+template <typename T>
+std::vector<unsigned char> Paint(Random& rng, std::size_t elements) {
+  std::vector<unsigned char> bytes(elements * sizeof(T));
+  for (std::size_t i = 0; i < elements; ++i) {
+    const T value = RandomChannel<T>(rng, i % 4 == 0);
+    std::memcpy(bytes.data() + i * sizeof(T), &value, sizeof(T));
+  }
+  return bytes;
+}
+
+std::vector<unsigned char> PaintBuffer(const GoldenCase& c, Random& rng, int32_t width,
+                                       int32_t height, int32_t padding) {
+  // One spare pixel past the last row, painted too, shows a write beyond the buffer's rows.
+  const auto elements = static_cast<std::size_t>(width * 4 + padding) *
+                            static_cast<std::size_t>(height > 1 ? height : 1) +
+                        4;
+  switch (c.depth) {
+    case PixelDepth::Depth8:
+      return Paint<uint8_t>(rng, elements);
+    case PixelDepth::Depth16:
+      return Paint<uint16_t>(rng, elements);
+    case PixelDepth::Depth32f:
+      return Paint<float>(rng, elements);
+  }
+  throw std::logic_error("golden case with an unknown depth");
+}
+
+PF_EffectWorld World(std::vector<unsigned char>& bytes, int32_t width, int32_t height,
+                     int32_t rowBytes) {
+  PF_EffectWorld world{};
+  world.data = reinterpret_cast<PF_PixelPtr>(bytes.data());
+  world.rowbytes = rowBytes;
+  world.width = width;
+  world.height = height;
+  return world;
+}
+
+uint64_t Fnv1a(const std::vector<unsigned char>& bytes, PixelDepth depth) {
+  uint64_t hash = 14695981039346656037ull;
+  for (std::size_t i = 0; i < bytes.size(); i += 4) {
+    unsigned char word[4] = {};
+    std::memcpy(word, bytes.data() + i, bytes.size() - i < 4 ? bytes.size() - i : 4);
+    if (depth == PixelDepth::Depth32f) {
+      float value = 0;
+      std::memcpy(&value, word, 4);
+      if (std::isnan(value)) std::memcpy(word, "\x00\x00\xc0\x7f", 4);
+    }
+    for (unsigned char b : word)
+      hash = (hash ^ b) * 1099511628211ull;
+  }
+  return hash;
+}
+
+}  // namespace
+
+int32_t RowBytes(const GoldenCase& c, int32_t width, int32_t padding) {
+  return (width * 4 + padding) * ChannelBytes(c.depth);
+}
+
+std::string FormatCase(const GoldenCase& c) {
+  const StretchRenderRecord& r = c.record;
+  char line[1024];
+  std::snprintf(
+      line, sizeof line,
+      "%d %d %d %d %d %u %.9g %d %d %d %d %d %d "
+      "%d %.17g %d %.17g %.17g %.17g %d %d %.17g %d %.17g %d %d %d %d %d %.17g %d %d %.17g",
+      static_cast<int>(c.depth), c.width, c.height, c.inPadding, c.outPadding, c.pixelSeed,
+      static_cast<double>(c.scale), static_cast<int>(c.layer), c.layerWidth, c.layerHeight,
+      c.layerPadding, c.originX, c.originY, r.channelMode, r.intensity, r.direction,
+      r.stretchAmount, r.pixelSize, r.startOffset, r.curveShape, r.curvePhase, r.curveSmoothness,
+      r.distributionMode, r.distributionRange, r.imageShiftPhase, r.imageShiftPhaseSync,
+      r.shadingMode, r.shadingIntervalSize, r.shadingIntervalPhase, r.shadingOpacity,
+      r.shadingChannels, r.edgeMode, r.transparencyFeather);
+  return line;
+}
+
+GoldenCase ParseCase(const std::string& line) {
+  std::istringstream in(line);
+  GoldenCase c;
+  StretchRenderRecord& r = c.record;
+  int32_t depth = 0;
+  int32_t layer = 0;
+  in >> depth >> c.width >> c.height >> c.inPadding >> c.outPadding >> c.pixelSeed >> c.scale >>
+      layer >> c.layerWidth >> c.layerHeight >> c.layerPadding >> c.originX >> c.originY >>
+      r.channelMode >> r.intensity >> r.direction >> r.stretchAmount >> r.pixelSize >>
+      r.startOffset >> r.curveShape >> r.curvePhase >> r.curveSmoothness >> r.distributionMode >>
+      r.distributionRange >> r.imageShiftPhase >> r.imageShiftPhaseSync >> r.shadingMode >>
+      r.shadingIntervalSize >> r.shadingIntervalPhase >> r.shadingOpacity >> r.shadingChannels >>
+      r.edgeMode >> r.transparencyFeather;
+  if (!in || depth < 0 || depth > 2 || layer < 0 || layer > 2 || c.width < 0 || c.height < 0)
+    throw std::invalid_argument("not a golden case: " + line);
+  c.depth = static_cast<PixelDepth>(depth);
+  c.layer = static_cast<LayerKind>(layer);
+  return c;
+}
+
+Frame PaintFrame(const GoldenCase& c) {
+  Random rng(c.pixelSeed);
+  Frame frame;
+  frame.input = PaintBuffer(c, rng, c.width, c.height, c.inPadding);
+  frame.output = PaintBuffer(c, rng, c.width, c.height, c.outPadding);
+  frame.layer = PaintBuffer(c, rng, c.layerWidth, c.layerHeight, c.layerPadding);
+  return frame;
+}
+
+uint64_t RenderDigest(const GoldenCase& c, Frame& frame) {
+  const std::vector<unsigned char> inputBefore = frame.input;
+  PF_EffectWorld input = World(frame.input, c.width, c.height, RowBytes(c, c.width, c.inPadding));
+  PF_EffectWorld output =
+      World(frame.output, c.width, c.height, RowBytes(c, c.width, c.outPadding));
+  output.origin_x = c.originX;
+  output.origin_y = c.originY;
+  PF_EffectWorld layer =
+      World(frame.layer, c.layerWidth, c.layerHeight, RowBytes(c, c.layerWidth, c.layerPadding));
+  if (c.layer == LayerKind::NoData) layer.data = nullptr;
+  StretchRenderRecord record = c.record;
+  record.intensityLayer = c.layer == LayerKind::None ? nullptr : &layer;
+  DispatchStretchForDepth(c.depth, input, output, record, c.scale);
+  if (frame.input != inputBefore) throw std::logic_error("the render changed its input");
+  return Fnv1a(frame.output, c.depth);
+}
+
+}  // namespace morvane::golden

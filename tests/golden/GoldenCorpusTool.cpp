@@ -1,0 +1,213 @@
+// Makes golden cases and shows them.
+//   golden_corpus_tool generate DEPTH COUNT SEED   random cases of depth 0 (8-bit), 1 (16-bit) or
+//                                                  2 (float), one "digest case" line each
+//   golden_corpus_tool picture LINE OUT.ppm        the case's input beside its output, enlarged,
+//                                                  over a checkerboard where alpha is below 1
+// A new case joins tests/golden/cases.txt once its picture has been looked at and is right.
+#include <algorithm>
+#include <cinttypes>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <fstream>
+#include <string>
+
+#include "tests/golden/GoldenCase.h"
+
+namespace morvane::golden {
+namespace {
+
+constexpr int32_t kTurn = 23592960;  // 360 degrees in 16.16
+
+// Every control drawn over its range and past it (values a host cannot send but a broken project
+// file might), lengths bounded below so that every line ends soon.
+StretchRenderRecord RandomRecord(Random& rng) {
+  StretchRenderRecord r{};
+  r.channelMode = rng.Chance(0.06) ? (rng.Chance(0.5) ? 8 : -1) : rng.Int(0, 7);
+  const double pick = rng.Real(0.0, 1.0);
+  const bool negativeIntensity = pick >= 0.97;
+  r.intensity = pick < 0.05   ? 0.0
+                : pick < 0.35 ? 100.0
+                : pick < 0.92 ? rng.Real(0.0, 100.0)
+                : pick < 0.97 ? rng.Real(100.0, 110.0)
+                              : rng.Real(-5.0, 0.0);
+  r.direction = rng.Chance(0.06) ? (rng.Chance(0.5) ? 4 : -1) : rng.Int(0, 3);
+  if (rng.Real(0.0, 1.0) < 0.05 && !negativeIntensity) {
+    r.pixelSize = rng.Chance(0.5) ? 0.0 : rng.Real(-0.6, 0.0);
+  } else {
+    const double size = rng.Real(0.0, 1.0);
+    r.pixelSize = size < 0.6    ? rng.Real(0.3, 3.0)
+                  : size < 0.9  ? rng.Real(0.01, 16.0)
+                  : size < 0.95 ? rng.Real(16.0, 17.0)
+                                : 0.005;
+    const double amount = rng.Real(0.0, 1.0);
+    r.stretchAmount = negativeIntensity                    ? 0.0
+                      : amount < 0.5                       ? rng.Real(0.0, 4.0)
+                      : amount < 0.9                       ? rng.Real(0.0, 64.0)
+                      : amount < 0.95 || r.pixelSize < 1.0 ? rng.Real(64.0, 70.0)
+                                                           : rng.Real(-0.5, 0.0);
+  }
+  const double offset = rng.Real(0.0, 1.0);
+  r.startOffset = offset < 0.45   ? 0.0
+                  : offset < 0.85 ? rng.Real(0.0, 100.0)
+                  : offset < 0.9  ? 100.0
+                                  : rng.Real(-30.0, 130.0);
+  r.curveShape = rng.Chance(0.06) ? (rng.Chance(0.5) ? 6 : -1) : rng.Int(0, 5);
+  r.curvePhase = rng.Chance(0.4) ? 0 : rng.Int(-2 * kTurn, 2 * kTurn);
+  const double smooth = rng.Real(0.0, 1.0);
+  r.curveSmoothness = smooth < 0.4    ? 0.0
+                      : smooth < 0.6  ? static_cast<double>(rng.Int(0, 16))
+                      : smooth < 0.97 ? rng.Real(0.0, 16.0)
+                                      : rng.Real(-1.0, 17.0);
+  r.distributionMode = rng.Chance(0.06) ? 3 : rng.Int(0, 2);
+  const double range = rng.Real(0.0, 1.0);
+  r.distributionRange = range < 0.35   ? 2.0
+                        : range < 0.45 ? 0.0
+                        : range < 0.9  ? rng.Real(0.0, 2.0)
+                                       : rng.Real(-0.2, 2.2);
+  r.imageShiftPhase = rng.Chance(0.4) ? 0 : rng.Int(-3 * kTurn, 3 * kTurn);
+  r.imageShiftPhaseSync = rng.Chance(0.05) ? 2 : rng.Int(0, 1);
+  r.shadingMode = rng.Chance(0.06) ? 6 : rng.Int(0, 5);
+  const double interval = rng.Real(0.0, 1.0);
+  r.shadingIntervalSize = interval < 0.7    ? rng.Int(2, 20)
+                          : interval < 0.97 ? rng.Int(2, 256)
+                                            : (rng.Chance(0.5) ? rng.Int(0, 1) : 300);
+  r.shadingIntervalPhase = rng.Chance(0.4) ? 0 : rng.Int(-2 * kTurn, 2 * kTurn);
+  r.shadingOpacity = rng.Chance(0.95) ? rng.Real(0.0, 100.0) : rng.Real(-5.0, 105.0);
+  r.shadingChannels = rng.Chance(0.06) ? 2 : rng.Int(0, 1);
+  r.edgeMode = rng.Chance(0.06) ? 4 : rng.Int(0, 3);
+  const double feather = rng.Real(0.0, 1.0);
+  r.transparencyFeather = feather < 0.4    ? 0.0
+                          : feather < 0.95 ? rng.Real(0.0, 100.0)
+                                           : rng.Real(-5.0, 110.0);
+  return r;
+}
+
+// Frames of every shape a host hands over: empty ones, one-pixel lines, padded rows, reduced
+// scales, and an intensity layer of another size, at an origin, without pixels or absent.
+GoldenCase RandomCase(PixelDepth depth, uint32_t seed) {
+  Random rng(seed);
+  GoldenCase c;
+  c.depth = depth;
+  c.pixelSeed = seed;
+  const bool empty = rng.Chance(0.02);
+  const auto side = [&rng] {
+    return rng.Chance(0.1) ? rng.Int(1, 2) : rng.Int(1, rng.Chance(0.7) ? 16 : 40);
+  };
+  c.width = empty ? rng.Int(0, 1) * rng.Int(1, 5) : side();
+  c.height = empty ? (c.width == 0 ? rng.Int(0, 5) : 0) : side();
+  c.inPadding = rng.Chance(0.5) ? 0 : rng.Int(1, 12);
+  c.outPadding = rng.Chance(0.5) ? 0 : rng.Int(1, 12);
+  c.record = RandomRecord(rng);
+  const double scale = rng.Real(0.0, 1.0);
+  c.scale = scale < 0.6    ? 1.0f
+            : scale < 0.75 ? 0.5f
+            : scale < 0.8  ? 0.25f
+            : scale < 0.97 ? static_cast<float>(rng.Real(0.1, 1.0))
+                           : (rng.Chance(0.5) ? 2.0f : 4.0f);
+  const double layer = rng.Real(0.0, 1.0);
+  c.layer = layer < 0.45 ? LayerKind::Pixels : layer < 0.5 ? LayerKind::NoData : LayerKind::None;
+  c.layerWidth = rng.Int(1, 48);
+  c.layerHeight = rng.Int(1, 48);
+  const double origin = rng.Real(0.0, 1.0);
+  if (origin < 0.3) {  // the output inside a larger layer
+    c.layerWidth = c.width + rng.Int(0, 12);
+    c.layerHeight = c.height + rng.Int(0, 12);
+    c.originX = rng.Int(0, c.layerWidth - c.width);
+    c.originY = rng.Int(0, c.layerHeight - c.height);
+  } else if (origin < 0.5) {
+    c.originX = rng.Int(-6, 20);
+    c.originY = rng.Int(-6, 20);
+  } else if (origin < 0.7 && c.width > 0 && c.height > 0) {  // a multiple or a divisor
+    const int32_t k = rng.Int(1, 3);
+    const bool larger = rng.Chance(0.5);
+    c.layerWidth = larger ? c.width * k : std::max(1, c.width / k);
+    c.layerHeight = larger ? c.height * k : std::max(1, c.height / k);
+  }
+  if (c.layer == LayerKind::NoData && rng.Chance(0.5)) {  // a layer of no width
+    c.layer = LayerKind::Pixels;
+    c.layerWidth = 0;
+  }
+  c.layerPadding = rng.Chance(0.5) ? 0 : rng.Int(1, 8);
+  return c;
+}
+
+double Unit(const std::vector<unsigned char>& bytes, PixelDepth depth, std::size_t element) {
+  if (depth == PixelDepth::Depth8) return bytes[element] / 255.0;
+  if (depth == PixelDepth::Depth16) {
+    uint16_t v = 0;
+    std::memcpy(&v, bytes.data() + element * 2, 2);
+    return v / 32768.0;
+  }
+  float v = 0;
+  std::memcpy(&v, bytes.data() + element * 4, 4);
+  return std::isnan(v) ? 0.0 : v;
+}
+
+void WritePicture(const GoldenCase& c, const std::string& line, const char* path) {
+  Frame frame = PaintFrame(c);
+  const Frame before = frame;
+  RenderDigest(c, frame);
+  constexpr int32_t kZoom = 8;
+  const int32_t w = std::max(c.width, 1) * kZoom;
+  const int32_t h = std::max(c.height, 1) * kZoom;
+  std::ofstream out(path, std::ios::binary);
+  out << "P6\n# " << line << "\n" << (2 * w + kZoom) << " " << h << "\n255\n";
+  const int32_t stride[2] = {c.width * 4 + c.inPadding, c.width * 4 + c.outPadding};
+  const std::vector<unsigned char>* images[2] = {&before.input, &frame.output};
+  for (int32_t y = 0; y < h; ++y) {
+    for (int32_t x = 0; x < 2 * w + kZoom; ++x) {
+      const int32_t side = x < w ? 0 : x >= w + kZoom ? 1 : -1;
+      const int32_t px = (side == 1 ? x - w - kZoom : x) / kZoom;
+      const double checker = ((x / 4 + y / 4) % 2) != 0 ? 0.8 : 0.5;
+      for (int32_t channel = 1; channel < 4; ++channel) {
+        double v = 1.0;
+        if (side >= 0 && c.width > 0 && c.height > 0) {
+          const auto at = static_cast<std::size_t>((y / kZoom) * stride[side] + px * 4);
+          const double alpha = std::clamp(Unit(*images[side], c.depth, at), 0.0, 1.0);
+          const double colour = std::clamp(Unit(*images[side], c.depth, at + channel), 0.0, 1.0);
+          v = colour * alpha + checker * (1.0 - alpha);
+        }
+        out.put(static_cast<char>(std::lround(v * 255.0)));
+      }
+    }
+  }
+}
+
+int Run(int argc, char** argv) {
+  const std::string command = argc > 1 ? argv[1] : "";
+  if (command == "generate" && argc == 5) {
+    const auto depth = static_cast<PixelDepth>(std::stoi(argv[2]));
+    const int count = std::stoi(argv[3]);
+    const auto seed = static_cast<uint32_t>(std::stoul(argv[4]));
+    for (int i = 0; i < count; ++i) {
+      const GoldenCase c = RandomCase(depth, seed + static_cast<uint32_t>(i));
+      Frame frame = PaintFrame(c);
+      std::printf("%016" PRIx64 " %s\n", RenderDigest(c, frame), FormatCase(c).c_str());
+    }
+    return 0;
+  }
+  if (command == "picture" && argc == 4) {
+    std::string line = argv[2];
+    if (line.size() > 17 && line[16] == ' ') line = line.substr(17);  // a corpus line
+    WritePicture(ParseCase(line), line, argv[3]);
+    return 0;
+  }
+  std::fprintf(stderr,
+               "usage: golden_corpus_tool generate DEPTH COUNT SEED\n"
+               "       golden_corpus_tool picture LINE OUT.ppm\n");
+  return 2;
+}
+
+}  // namespace
+}  // namespace morvane::golden
+
+int main(int argc, char** argv) {
+  try {
+    return morvane::golden::Run(argc, argv);
+  } catch (const std::exception& e) {
+    std::fprintf(stderr, "golden_corpus_tool: %s\n", e.what());
+    return 1;
+  }
+}
