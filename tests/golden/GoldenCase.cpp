@@ -1,8 +1,10 @@
 #include "tests/golden/GoldenCase.h"
 
+#include <cinttypes>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <sstream>
 #include <stdexcept>
 #include <type_traits>
@@ -157,6 +159,29 @@ uint64_t RenderDigest(const GoldenCase& c, Frame& frame) {
   DispatchStretchForDepth(c.depth, input, output, record, c.scale);
   if (frame.input != inputBefore) throw std::logic_error("the render changed its input");
   return Fnv1a(frame.output, c.depth);
+}
+
+std::vector<std::string> CheckCorpus(const std::string& path, PixelDepth depth, int& cases) {
+  std::ifstream corpus(path);
+  if (!corpus) throw std::runtime_error("cannot read " + path);
+  std::vector<std::string> failures;
+  cases = 0;
+  std::string line;
+  while (std::getline(corpus, line)) {
+    if (line.empty() || line[0] == '#') continue;
+    const uint64_t accepted = std::stoull(line.substr(0, 16), nullptr, 16);
+    const GoldenCase c = ParseCase(line.substr(17));
+    if (c.depth != depth) continue;
+    ++cases;
+    Frame frame = PaintFrame(c);
+    const uint64_t digest = RenderDigest(c, frame);
+    if (digest == accepted) continue;
+    char written[17];
+    std::snprintf(written, sizeof written, "%016" PRIx64, digest);
+    failures.push_back("case " + line.substr(17) + "\n  writes " + written +
+                       "; see it with: golden_corpus_tool picture '" + line + "' case.ppm");
+  }
+  return failures;
 }
 
 }  // namespace morvane::golden

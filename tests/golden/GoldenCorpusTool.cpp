@@ -3,6 +3,8 @@
 //                                                  2 (float), one "digest case" line each
 //   golden_corpus_tool picture LINE OUT.ppm        the case's input beside its output, enlarged,
 //                                                  over a checkerboard where alpha is below 1
+//   golden_corpus_tool check CASES.txt             renders every case; exit 1 when any output
+//                                                  differs from its accepted digest
 // A new case joins tests/golden/cases.txt once its picture has been looked at and is right.
 #include <algorithm>
 #include <cinttypes>
@@ -12,6 +14,7 @@
 #include <exception>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "tests/golden/GoldenCase.h"
 
@@ -194,9 +197,23 @@ int Run(int argc, char** argv) {
     WritePicture(ParseCase(line), line, argv[3]);
     return 0;
   }
+  if (command == "check" && argc == 3) {
+    int failed = 0;
+    for (const PixelDepth depth : {PixelDepth::Depth8, PixelDepth::Depth16, PixelDepth::Depth32f}) {
+      int cases = 0;
+      const std::vector<std::string> failures = CheckCorpus(argv[2], depth, cases);
+      for (const std::string& failure : failures)
+        std::printf("%s\n", failure.c_str());
+      std::printf("depth %d: %d cases, %zu differ\n", static_cast<int>(depth), cases,
+                  failures.size());
+      failed += static_cast<int>(failures.size()) + (cases == 0 ? 1 : 0);
+    }
+    return failed == 0 ? 0 : 1;
+  }
   std::fprintf(stderr,
                "usage: golden_corpus_tool generate DEPTH COUNT SEED\n"
-               "       golden_corpus_tool picture LINE OUT.ppm\n");
+               "       golden_corpus_tool picture LINE OUT.ppm\n"
+               "       golden_corpus_tool check CASES.txt\n");
   return 2;
 }
 

@@ -72,7 +72,7 @@ HostBandRunner Runner(bool pool) {
 }
 
 template <typename T>
-class DispatchBands : public testing::Test {
+class DispatchBands : public ::testing::Test {
  protected:
   static constexpr PixelDepth kDepth = T::value;
   using Img = Image<kDepth>;
@@ -97,7 +97,7 @@ class DispatchBands : public testing::Test {
   }
 };
 
-using Depths = testing::Types<std::integral_constant<PixelDepth, PixelDepth::Depth8>,
+using Depths = ::testing::Types<std::integral_constant<PixelDepth, PixelDepth::Depth8>,
                               std::integral_constant<PixelDepth, PixelDepth::Depth16>,
                               std::integral_constant<PixelDepth, PixelDepth::Depth32f>>;
 TYPED_TEST_SUITE(DispatchBands, Depths);

@@ -1,13 +1,8 @@
-// A prepared kernel rendered in bands of lines, in any order and on several threads at once,
-// writes exactly what the whole kernel call writes; so do the line routines of every
-// instruction-set build.
+// The line routines of every instruction-set build write the same bits. (Bands of a prepared
+// kernel against the whole call: DispatchBandsTest.)
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <optional>
-#include <random>
-#include <thread>
-#include <vector>
 
 #include "tests/stretch/TestImages.h"
 
@@ -17,7 +12,7 @@ namespace {
 using namespace testing_support;
 
 template <typename T>
-class KernelBands : public testing::Test {
+class KernelBands : public ::testing::Test {
  protected:
   static constexpr PixelDepth kDepth = T::value;
   using Img = Image<kDepth>;
@@ -66,67 +61,12 @@ class KernelBands : public testing::Test {
         layer ? layer->height : 0, layer ? layer->stride : 0, c.originX, c.originY);
   }
 
-  static Img Whole(const Case& c) {
-    return RunKernel<kDepth>(c.variant, c.record, c.image, c.initial, c.layer ? &*c.layer : nullptr,
-                             c.originX, c.originY);
-  }
 };
 
-using Depths = testing::Types<std::integral_constant<PixelDepth, PixelDepth::Depth8>,
+using Depths = ::testing::Types<std::integral_constant<PixelDepth, PixelDepth::Depth8>,
                               std::integral_constant<PixelDepth, PixelDepth::Depth16>,
                               std::integral_constant<PixelDepth, PixelDepth::Depth32f>>;
 TYPED_TEST_SUITE(KernelBands, Depths);
-
-TYPED_TEST(KernelBands, AnyPartitionInAnyOrderGivesTheWholeCall) {
-  std::mt19937 rng(17);
-  for (uint32_t seed = 0; seed < 240; ++seed) {
-    const auto c = TestFixture::Make(seed);
-    auto out = c.initial;
-    PreparedStretchKernel<TestFixture::kDepth> prepared;
-    TestFixture::Prepare(c, out, prepared);
-    const int32_t lines = prepared.lineCount();
-    ASSERT_EQ(lines, c.record.direction < 2 ? c.image.height : c.image.width);
-
-    // Random cut points, bands rendered in shuffled order; some empty and clipped ranges too.
-    std::vector<int32_t> cuts = {0, lines};
-    for (int i = 0; i < 3; ++i)
-      cuts.push_back(int32_t(rng() % uint32_t(lines + 1)));
-    std::sort(cuts.begin(), cuts.end());
-    std::vector<std::pair<int32_t, int32_t>> bands;
-    for (size_t i = 0; i + 1 < cuts.size(); ++i)
-      bands.emplace_back(cuts[i], cuts[i + 1]);
-    bands.emplace_back(lines, lines + 5);
-    bands.emplace_back(-3, 0);
-    std::shuffle(bands.begin(), bands.end(), rng);
-    for (const auto& [first, last] : bands)
-      prepared.RenderLines(first, last);
-    ASSERT_TRUE(SamePixels(out, TestFixture::Whole(c))) << "seed " << seed;
-  }
-}
-
-TYPED_TEST(KernelBands, ConcurrentBandsOnSeveralThreadsGiveTheWholeCall) {
-  for (uint32_t seed = 0; seed < 60; ++seed) {
-    auto c = TestFixture::Make(seed);
-    c.image = RandomImage<TestFixture::kDepth>(61, 47, seed);
-    c.initial = RandomImage<TestFixture::kDepth>(61, 47, seed + 1);
-    if (c.layer && c.originX > 0) c.layer = RandomImage<TestFixture::kDepth>(70, 52, seed);
-    auto out = c.initial;
-    PreparedStretchKernel<TestFixture::kDepth> prepared;
-    TestFixture::Prepare(c, out, prepared);
-    const int32_t lines = prepared.lineCount();
-    // Four threads take interleaved bands of three lines from the one prepared call.
-    std::vector<std::thread> threads;
-    for (int32_t t = 0; t < 4; ++t) {
-      threads.emplace_back([&, t] {
-        for (int32_t first = 3 * t; first < lines; first += 12)
-          prepared.RenderLines(first, first + 3);
-      });
-    }
-    for (auto& thread : threads)
-      thread.join();
-    ASSERT_TRUE(SamePixels(out, TestFixture::Whole(c))) << "seed " << seed;
-  }
-}
 
 TYPED_TEST(KernelBands, EveryInstructionSetBuildWritesTheSameBits) {
 #if defined(MORVANE_AVX2_KERNELS)

@@ -8,6 +8,7 @@
 
 #include "render/StretchRenderRecord.h"
 #include "stretch/StretchKernel.h"
+#include "tests/support/DefaultRecord.h"
 
 namespace morvane::testing_support {
 
@@ -46,38 +47,6 @@ bool SamePixels(const Image<Depth>& a, const Image<Depth>& b) {
   return true;
 }
 
-// The image rearranged: out(x, y) = in(map(x, y)), with out sized w x h.
-template <PixelDepth Depth, typename Map>
-Image<Depth> Remap(const Image<Depth>& in, int32_t w, int32_t h, Map map, int32_t padding = 0) {
-  Image<Depth> out(w, h, padding);
-  for (int32_t y = 0; y < h; ++y)
-    for (int32_t x = 0; x < w; ++x) {
-      const auto [sx, sy] = map(x, y);
-      for (int c = 0; c < 4; ++c)
-        out.at(x, y, c) = in.at(sx, sy, c);
-    }
-  return out;
-}
-template <PixelDepth Depth>
-Image<Depth> MirrorX(const Image<Depth>& in) {
-  return Remap(in, in.width, in.height, [&](int32_t x, int32_t y) {
-    return std::pair{in.width - 1 - x, y};
-  });
-}
-template <PixelDepth Depth>
-Image<Depth> Transpose(const Image<Depth>& in) {
-  return Remap(in, in.height, in.width, [](int32_t x, int32_t y) { return std::pair{y, x}; });
-}
-template <PixelDepth Depth>
-Image<Depth> Padded(const Image<Depth>& in, int32_t padding) {
-  return Remap(
-      in, in.width, in.height,
-      [](int32_t x, int32_t y) {
-        return std::pair{x, y};
-      },
-      padding);
-}
-
 // Random pixels: alpha often opaque, sometimes zero, otherwise random (every branch of the
 // intensity weighting); float colour slightly beyond 0 ... 1.
 template <PixelDepth Depth>
@@ -101,18 +70,7 @@ Image<Depth> RandomImage(int32_t w, int32_t h, uint32_t seed) {
   return img;
 }
 
-// The controls at their defaults: intensity 100, "Morvane" 1, "Pixel Size" 1, Right, Wrap,
-// Linear Ramp Up, range 2, sync on, interval 10.
-inline StretchRenderRecord DefaultRecord() {
-  StretchRenderRecord r{};
-  r.intensity = 100;
-  r.stretchAmount = 1;
-  r.pixelSize = 1;
-  r.distributionRange = 2;
-  r.imageShiftPhaseSync = 1;
-  r.shadingIntervalSize = 10;
-  return r;
-}
+using morvane::testing::DefaultRecord;
 
 // Every stretch control drawn at random within the controls' ranges.
 inline StretchRenderRecord RandomRecord(uint32_t seed) {
