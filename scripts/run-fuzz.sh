@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the libFuzzer targets with clang (AddressSanitizer + UndefinedBehaviorSanitizer), runs
 # each for a bounded time from its corpus checked in under fuzz/corpus/<target>/, then runs the
-# concurrency stress tests under ThreadSanitizer. Fails on any finding: a crash, a sanitizer
+# concurrency stress tests and the golden corpus (rendered on several threads) under
+# ThreadSanitizer. Fails on any finding: a crash, a sanitizer
 # report, an input that runs longer than the per-input limit, a leak, or a failing stress test.
 #
 # Usage: scripts/run-fuzz.sh [seconds per fuzz target, default 60]
@@ -52,18 +53,18 @@ for target in "${targets[@]}"; do
 done
 
 echo "== Stress tests under ThreadSanitizer"
-stress_targets=(stress_dispatch_tests stress_host_tests)
+stress_targets=(golden_tests stress_host_tests)
 if [ -n "${MORVANE_TSAN_BUILD_DIR:-}" ]; then
   tsan="$MORVANE_TSAN_BUILD_DIR"
   cmake -S . -B "$tsan" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS=-O1 \
     -DMORVANE_SANITIZE=thread -DMORVANE_WERROR=ON
   cmake --build "$tsan" -j "$jobs" --target "${stress_targets[@]}"
-  TSAN_OPTIONS=halt_on_error=1 ctest --test-dir "$tsan" -R '^Stress' --output-on-failure \
+  TSAN_OPTIONS=halt_on_error=1 ctest --test-dir "$tsan" -R 'Stress|Golden' --output-on-failure \
     || failed+=("stress (ThreadSanitizer)")
 else
   cmake --preset tsan
   cmake --build --preset tsan -j "$jobs" --target "${stress_targets[@]}"
-  ctest --preset tsan -R '^Stress' || failed+=("stress (ThreadSanitizer)")
+  ctest --preset tsan -R 'Stress|Golden' || failed+=("stress (ThreadSanitizer)")
 fi
 
 if [ ${#failed[@]} -gt 0 ]; then

@@ -1,17 +1,16 @@
-// The curve graph and the header banner drawn by the built module in the simulated hosts, and
-// the about box a double click on the banner opens.
+// The custom-drawn controls of the built module in the simulated hosts, as tables: (host, event,
+// controls, host fault) -> the command's answer and the picture drawn where; (clicks on the
+// banner) -> the about box. The host's report at the end checks that every suite and image
+// taken was given back.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstring>
 #include <string>
-#include <vector>
+#include <tuple>
 
 #include "hostsim/CustomUI.h"
 #include "hostsim/Host.h"
-#include "params/CurveGraph.h"
-#include "params/HeaderBanner.h"
 #include "params/ParamId.h"
+#include "tests/customui/Pictures.h"
 #include "tests/support/HostedSession.h"
 
 namespace morvane {
@@ -19,230 +18,157 @@ namespace {
 
 using hostsim::EffectWindow;
 using hostsim::EventAnswer;
-using hostsim::Host;
 using hostsim::HostProfile;
-using hostsim::PanelWindow;
+using testing::kCurveGraphs;
 
-constexpr char kAcquireFailed[] = "Not able to acquire AEFX Suite.";
+enum Drawn { kNothing, kBanner, kGraph };
+constexpr int kAtGraph = -1, kAtHeader = -2;  // event positions: where the host put the control
+constexpr PF_EffectArea kControl = PF_EA_CONTROL, kTitle = PF_EA_PARAM_TITLE;
+constexpr PF_Err kNoSuite = PF_Err_BAD_CALLBACK_PARAM;
+constexpr auto AE = HostProfile::AfterEffects, AE13_23 = HostProfile::AfterEffects13_23,
+               PR = HostProfile::Premiere, OLD = HostProfile::OlderHost;
+
+// A suite the host does not hand out (no member), or one of its functions answering error 7.
+struct Fault {
+  const char* suite = nullptr;
+  int32_t version = 0;
+  const char* member = nullptr;
+};
+
+struct DrawCase {
+  const char* label;
+  HostProfile (*profile)();
+  int16_t minor;  // the interface's minor version; 0: the profile's own
+  int index;      // the event's control position, or kAtGraph / kAtHeader
+  PF_EffectArea area;
+  Drawn drawn;       // expected in the frame of `area`, unless the drawing fails
+  int look = 0;      // row of kCurveGraphs set on the curve controls first
+  Fault fault = {};  // and then the answer:
+  PF_Err err = PF_Err_NONE;
+  int images = 0;  // made before a failure, all released
+};
 
 class HostedControls : public morvane::testing::HostedSession {
  protected:
   void TearDown() override {
     if (host_) Finish();
   }
-
-  // The window of the control with this disk ID as the host lays out the panel.
-  EffectWindow Window(ParamId id, PF_EffectArea area) {
-    const PF_ParamIndex index = host_->PositionOf(*instance_, ToInt(id));
-    const PF_ParamDef def = host_->Params().params.at(static_cast<std::size_t>(index));
-    return PanelWindow(index, area, def.ui_width, def.ui_height);
+  EffectWindow Window(int index, PF_EffectArea area) {
+    if (index < 0) {
+      const ParamId id = index == kAtGraph ? ParamId::CurveGraph : ParamId::Header;
+      index = host_->PositionOf(*instance_, ToInt(id));
+    }
+    const PF_ParamDef& def = host_->Params().params.at(static_cast<std::size_t>(index));
+    return hostsim::PanelWindow(index, area, def.ui_width, def.ui_height);
   }
+};
 
-  EventAnswer Draw(const EffectWindow& window) {
-    return hostsim::SendDrawEvent(*host_, *instance_, window);
+class CustomUIDraw : public HostedControls, public ::testing::WithParamInterface<DrawCase> {};
+
+TEST_P(CustomUIDraw, AnswersAndDrawsThePictureInTheEventsFrame) {
+  const DrawCase& c = GetParam();
+  HostProfile profile = c.profile();
+  profile.specMinor = c.minor != 0 ? c.minor : profile.specMinor;
+  Start(profile);
+  const testing::CurveGraphLook& look = kCurveGraphs[c.look];
+  if (c.drawn == kGraph) {
+    host_->SetPopup(*instance_, "Stretch Curve", look.item);
+    host_->SetValue(*instance_, "Curve Phase", look.degrees);
+    host_->SetValue(*instance_, "Curve Smoothness", look.smoothness);
   }
+  const Fault& f = c.fault;
+  if (f.suite != nullptr && f.member == nullptr) host_->Faults().WithholdSuite(f.suite, f.version);
+  if (f.member != nullptr)
+    host_->Faults().Fail(hostsim::SuiteFunction(f.suite, f.version, f.member), 7);
+  const EffectWindow window = Window(c.index, c.area);
+  const EventAnswer answer = hostsim::SendDrawEvent(*host_, *instance_, window);
 
-  EventAnswer ClickHeader(A_u_long when) {
-    return hostsim::SendClickEvent(*host_, *instance_, Window(ParamId::Header, PF_EA_PARAM_TITLE),
-                                   when);
-  }
+  EXPECT_EQ(answer.result.err, c.err);
+  EXPECT_EQ(answer.ShownMessage().value_or(""),
+            c.err == kNoSuite ? "Not able to acquire AEFX Suite." : "");
+  const bool drawn = c.drawn != kNothing && c.err == PF_Err_NONE;
+  EXPECT_EQ(answer.Handled(), drawn);
+  const hostsim::DrawbotRecord record = hostsim::Drawbot(*host_);
+  EXPECT_EQ(record.images.size(), std::size_t(drawn ? 1 : c.images));
+  EXPECT_EQ(record.LiveImages(), 0);
+  ASSERT_EQ(record.draws.size(), std::size_t(drawn ? 1 : 0));
+  if (!drawn) return;
+  const hostsim::DrawnImage& image = record.images[record.draws[0].image];
+  EXPECT_EQ(image.width, c.drawn == kBanner ? 320 : 50);
+  EXPECT_EQ(image.rowBytes, image.width * 4);
+  EXPECT_EQ(image.layout, kDRAWBOT_PixelLayout_32BGRA_Straight);
+  EXPECT_EQ(testing::Digest(image.pixels),
+            c.drawn == kBanner ? testing::kHeaderBanner : look.digest);
+  const PF_LRect& frame = c.area == kControl ? window.currentFrame : window.paramTitleFrame;
+  EXPECT_EQ(record.draws[0].x, float(frame.left));
+  EXPECT_EQ(record.draws[0].y, float(frame.top));
+  EXPECT_EQ(record.draws[0].opacity, 1.0f);
+}
 
-  // Leaves the banner's last click at `when` + 1000, whatever came before: the second click
-  // either completes a pair or follows one, and the third is far from both.
-  void SettleClicks(A_u_long when) {
-    ClickHeader(when);
-    ClickHeader(when);
-    ClickHeader(when + 1000);
-  }
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Events, CustomUIDraw, ::testing::Values(
+    DrawCase{"GraphFollowsTheControls", AE, 0, kAtGraph, kControl, kGraph, 7},
+    DrawCase{"GraphNotInTitleRow", AE, 0, kAtGraph, kTitle, kNothing},
+    DrawCase{"BannerInTitleRow", AE, 0, kAtHeader, kTitle, kBanner},
+    DrawCase{"BannerNotInControlArea", AE, 0, kAtHeader, kControl, kNothing},
+    DrawCase{"At13_23BannerInControlArea", AE13_23, 0, kAtHeader, kControl, kBanner},
+    DrawCase{"At13_23BannerNotInTitleRow", AE13_23, 0, kAtHeader, kTitle, kNothing},
+    DrawCase{"At13_23Graph", AE13_23, 0, kAtGraph, kControl, kGraph, 3},
+    DrawCase{"At13_22BannerInTitleRow", AE, 22, kAtHeader, kTitle, kBanner},
+    DrawCase{"At13_24BannerInTitleRow", AE, 24, kAtHeader, kTitle, kBanner},
+    DrawCase{"At13_24BannerNotInControlArea", AE, 24, kAtHeader, kControl, kNothing},
+    DrawCase{"PremiereGraph", PR, 0, kAtGraph, kControl, kGraph, 8},
+    DrawCase{"PremiereNoBannerAtTheLayer", PR, 0, 0, kTitle, kNothing},
+    DrawCase{"PremiereNoBannerAtDirection", PR, 0, 1, kTitle, kNothing},
+    DrawCase{"OlderHostNoBanner", OLD, 0, 1, kTitle, kNothing},
+    DrawCase{"OlderHostNoGraph", OLD, 0, 10, kControl, kNothing},
+    DrawCase{"NoDrawSuite", AE, 0, kAtGraph, kControl, kGraph, 0, {kDRAWBOT_DrawSuite, 1},
+             kNoSuite},
+    DrawCase{"NoSupplierSuite", AE, 0, kAtGraph, kControl, kGraph, 0, {kDRAWBOT_SupplierSuite, 1},
+             kNoSuite},
+    DrawCase{"NoSurfaceSuite", AE, 0, kAtGraph, kControl, kGraph, 0, {kDRAWBOT_SurfaceSuite, 2},
+             kNoSuite},
+    DrawCase{"NoPathSuite", AE, 0, kAtGraph, kControl, kGraph, 0, {kDRAWBOT_PathSuite, 1},
+             kNoSuite},
+    DrawCase{"NoCustomUISuite", AE, 0, kAtGraph, kControl, kGraph, 0, {kPFEffectCustomUISuite, 1},
+             kNoSuite},
+    DrawCase{"BannerNoPathSuite", AE, 0, kAtHeader, kTitle, kBanner, 0, {kDRAWBOT_PathSuite, 1},
+             kNoSuite},
+    DrawCase{"FailedReference", AE, 0, kAtGraph, kControl, kGraph, 0,
+             {kPFEffectCustomUISuite, 1, "PF_GetDrawingReference"}, 7},
+    DrawCase{"FailedSurface", AE, 0, kAtHeader, kTitle, kBanner, 0,
+             {kDRAWBOT_DrawSuite, 1, "GetSurface"}, 7},
+    DrawCase{"FailedNewImage", AE, 0, kAtGraph, kControl, kGraph, 0,
+             {kDRAWBOT_SupplierSuite, 1, "NewImageFromBuffer"}, 7},
+    DrawCase{"FailedDrawImage", AE, 0, kAtGraph, kControl, kGraph, 0,
+             {kDRAWBOT_SurfaceSuite, 2, "DrawImage"}, 7, 1}),
+    [](const ::testing::TestParamInfo<DrawCase>& info) { return info.param.label; });
+// clang-format on
 
-  hostsim::DrawbotRecord Record() const { return hostsim::Drawbot(*host_); }
-
-  void ExpectCurveGraphDrawn(const EventAnswer& answer, const EffectWindow& window,
-                             CurveShape shape, PF_Fixed phase, float smoothness) {
-    ASSERT_EQ(answer.result.err, PF_Err_NONE);
-    EXPECT_TRUE(answer.Handled());
-    const hostsim::DrawbotRecord record = Record();
-    ASSERT_EQ(record.draws.size(), 1u);
-    const hostsim::DrawnImage& image = record.images.at(record.draws[0].image);
-    EXPECT_EQ(image.width, 50);
-    EXPECT_EQ(image.height, 50);
-    EXPECT_EQ(image.rowBytes, 200);
-    EXPECT_EQ(image.layout, kDRAWBOT_PixelLayout_32BGRA_Straight);
-    std::vector<uint8_t> expected(kCurveGraphPictureBytes);
-    ASSERT_EQ(RenderCurveGraphPicture(expected.data(), shape, phase, smoothness), 1);
-    EXPECT_EQ(image.pixels, expected);
-    EXPECT_EQ(record.draws[0].x, static_cast<float>(window.currentFrame.left));
-    EXPECT_EQ(record.draws[0].y, static_cast<float>(window.currentFrame.top));
-    EXPECT_EQ(record.draws[0].opacity, 1.0f);
-    EXPECT_EQ(record.LiveImages(), 0);
-  }
-
-  void ExpectBannerDrawnAt(const EventAnswer& answer, const PF_LRect& frame) {
-    ASSERT_EQ(answer.result.err, PF_Err_NONE);
-    EXPECT_TRUE(answer.Handled());
-    const hostsim::DrawbotRecord record = Record();
-    ASSERT_EQ(record.draws.size(), 1u);
-    const hostsim::DrawnImage& image = record.images.at(record.draws[0].image);
-    EXPECT_EQ(image.width, 320);
-    EXPECT_EQ(image.height, 17);
-    EXPECT_EQ(image.rowBytes, 1280);
-    EXPECT_EQ(image.layout, kDRAWBOT_PixelLayout_32BGRA_Straight);
-    const BgraPicture banner = HeaderBannerPicture();
-    EXPECT_TRUE(std::equal(image.pixels.begin(), image.pixels.end(), banner.pixels));
-    EXPECT_EQ(record.draws[0].x, static_cast<float>(frame.left));
-    EXPECT_EQ(record.draws[0].y, static_cast<float>(frame.top));
-    EXPECT_EQ(record.LiveImages(), 0);
-  }
-
-  // Sends `send` and checks that it made no image and drew nothing.
-  template <typename Send>
-  void ExpectNothingDrawn(Send send) {
-    const std::size_t images = Record().images.size();
-    const EventAnswer answer = send();
+// Clicks at ticks after a settled history: (on the curve graph's control area rather than the
+// banner's title row, tick) -> the about box shown. Graph clicks neither pair nor break a pair.
+TEST_F(HostedControls, ADoubleClickOnTheBannerShowsTheAboutBox) {
+  Start(AE());
+  const auto click = [&](bool graph, A_u_long when) {
+    const EffectWindow window = graph ? Window(kAtGraph, kControl) : Window(kAtHeader, kTitle);
+    return hostsim::SendClickEvent(*host_, *instance_, window, when);
+  };
+  // Whatever the module saw before, this leaves its last click at 11000 and no pair open.
+  for (const A_u_long when : {10000u, 10000u, 11000u})
+    click(false, when);
+  const std::tuple<bool, A_u_long, bool> kClicks[] = {
+      {false, 12000, false}, {false, 12031, true},  {true, 12040, false}, {false, 12050, false},
+      {true, 12060, false},  {false, 12082, false}, {false, 12100, true}, {false, 12110, false}};
+  for (const auto& [graph, when, about] : kClicks) {
+    const EventAnswer answer = click(graph, when);
     EXPECT_EQ(answer.result.err, PF_Err_NONE);
     EXPECT_FALSE(answer.Handled());
-    EXPECT_FALSE(answer.ShownMessage());
-    EXPECT_EQ(Record().images.size(), images);
+    EXPECT_EQ(answer.ShownMessage().has_value(), about) << when;
+    EXPECT_NE(answer.ShownMessage().value_or("Morvane").find("Morvane"), std::string::npos);
   }
-  void ExpectNothingDrawn(const EffectWindow& window) {
-    ExpectNothingDrawn([&] { return Draw(window); });
-  }
-};
-
-TEST_F(HostedControls, CurveGraphInAfterEffectsFollowsTheControls) {
-  Start(HostProfile::AfterEffects());
-  host_->SetPopup(*instance_, "Stretch Curve", "Triangle Wave");
-  host_->SetValue(*instance_, "Curve Phase", -3.75);
-  host_->SetValue(*instance_, "Curve Smoothness", 1.5);
-  const EffectWindow window = Window(ParamId::CurveGraph, PF_EA_CONTROL);
-  EXPECT_EQ(window.index, 11);
-  ExpectCurveGraphDrawn(Draw(window), window, CurveShape::TriangleWave, -245760, 1.5f);
-}
-
-TEST_F(HostedControls, CurveGraphInPremiere) {
-  Start(HostProfile::Premiere());
-  const EffectWindow window = Window(ParamId::CurveGraph, PF_EA_CONTROL);
-  EXPECT_EQ(window.index, 10);
-  ExpectCurveGraphDrawn(Draw(window), window, CurveShape::LinearRampUp, 0, 0.0f);
-  // No banner here: the input layer and "Direction" draw nothing.
-  ExpectNothingDrawn(PanelWindow(0, PF_EA_PARAM_TITLE, 320, 17));
-  ExpectNothingDrawn(PanelWindow(1, PF_EA_PARAM_TITLE, 320, 17));
-}
-
-TEST_F(HostedControls, OlderHostsDrawNothing) {
-  Start(HostProfile::OlderHost());
-  for (PF_ParamIndex index = 0; index < 22; ++index) {
-    ExpectNothingDrawn(PanelWindow(index, PF_EA_CONTROL, 50, 50));
-    ExpectNothingDrawn(PanelWindow(index, PF_EA_PARAM_TITLE, 50, 50));
-  }
-}
-
-TEST_F(HostedControls, BannerDrawsInTheTitleRowAt13_27) {
-  Start(HostProfile::AfterEffects());
-  ExpectNothingDrawn(Window(ParamId::Header, PF_EA_CONTROL));
-  const EffectWindow title = Window(ParamId::Header, PF_EA_PARAM_TITLE);
-  EXPECT_EQ(title.index, 1);
-  ExpectBannerDrawnAt(Draw(title), title.paramTitleFrame);
-}
-
-TEST_F(HostedControls, BannerDrawsInTheControlAreaAt13_23) {
-  Start(HostProfile::AfterEffects13_23());
-  ExpectNothingDrawn(Window(ParamId::Header, PF_EA_PARAM_TITLE));
-  const EffectWindow control = Window(ParamId::Header, PF_EA_CONTROL);
-  ExpectBannerDrawnAt(Draw(control), control.currentFrame);
-  // The curve graph draws at 13.23 as well.
-  const EffectWindow graph = Window(ParamId::CurveGraph, PF_EA_CONTROL);
-  EXPECT_EQ(hostsim::SendDrawEvent(*host_, *instance_, graph).result.err, PF_Err_NONE);
-  EXPECT_EQ(Record().draws.size(), 2u);
-}
-
-TEST_F(HostedControls, DoubleClickOnTheBannerShowsTheAboutBox) {
-  Start(HostProfile::AfterEffects());
-  SettleClicks(10000);  // last click at 11000
-
-  const EventAnswer first = ClickHeader(11040);
-  EXPECT_FALSE(first.ShownMessage());
-  const EventAnswer second = ClickHeader(11071);  // 31 ticks later
-  ASSERT_TRUE(second.ShownMessage());
-  EXPECT_NE(second.ShownMessage()->find("Morvane"), std::string::npos) << *second.ShownMessage();
-  EXPECT_EQ(second.result.err, PF_Err_NONE);
-
-  // A third click right after the pair starts a new one.
-  EXPECT_FALSE(ClickHeader(11080).ShownMessage());
-  EXPECT_TRUE(ClickHeader(11090).ShownMessage());
-  // Clicks 32 ticks apart stay single.
-  EXPECT_FALSE(ClickHeader(12000).ShownMessage());
-  EXPECT_FALSE(ClickHeader(12032).ShownMessage());
-  EXPECT_FALSE(ClickHeader(12064).ShownMessage());
-  EXPECT_TRUE(Record().images.empty());
-}
-
-TEST_F(HostedControls, ClickOnTheCurveGraphDoesNothing) {
-  Start(HostProfile::AfterEffects());
-  const EffectWindow graph = Window(ParamId::CurveGraph, PF_EA_CONTROL);
-  for (A_u_long when : {500u, 510u, 520u}) {
-    ExpectNothingDrawn([&] { return hostsim::SendClickEvent(*host_, *instance_, graph, when); });
-  }
-  // Not even the drawing suites were taken.
-  for (const hostsim::SuiteBalance& balance : host_->Suites().Balances()) {
+  EXPECT_TRUE(hostsim::Drawbot(*host_).images.empty());
+  for (const hostsim::SuiteBalance& balance : host_->Suites().Balances())
     EXPECT_NE(balance.key.name.rfind("DRAWBOT", 0), 0u) << balance.key.name;
-  }
-}
-
-// A suite the host does not hand out: the drawing fails with 516 and the message, the event
-// stays unhandled, and everything acquired before the failure is given back (TearDown checks).
-class MissingDrawingSuite : public HostedControls,
-                            public ::testing::WithParamInterface<std::pair<const char*, int32_t>> {
-};
-
-TEST_P(MissingDrawingSuite, ReportsAndDrawsNothing) {
-  Start(HostProfile::AfterEffects());
-  host_->Faults().WithholdSuite(GetParam().first, GetParam().second);
-  for (const EffectWindow& window :
-       {Window(ParamId::CurveGraph, PF_EA_CONTROL), Window(ParamId::Header, PF_EA_PARAM_TITLE)}) {
-    const EventAnswer answer = Draw(window);
-    EXPECT_EQ(answer.result.err, PF_Err_BAD_CALLBACK_PARAM);
-    EXPECT_EQ(answer.ShownMessage(), std::optional<std::string>(kAcquireFailed));
-    EXPECT_FALSE(answer.Handled());
-  }
-  EXPECT_TRUE(Record().images.empty());
-}
-
-INSTANTIATE_TEST_SUITE_P(Suites, MissingDrawingSuite,
-                         ::testing::Values(std::pair{kDRAWBOT_DrawSuite, 1},
-                                           std::pair{kDRAWBOT_SupplierSuite, 1},
-                                           std::pair{kDRAWBOT_SurfaceSuite, 2},
-                                           std::pair{kDRAWBOT_PathSuite, 1},
-                                           std::pair{kPFEffectCustomUISuite, 1}));
-
-TEST_F(HostedControls, HostDrawingErrorIsReturnedAndTheImageReleased) {
-  Start(HostProfile::AfterEffects());
-  host_->Faults().Fail(
-      hostsim::SuiteFunction(kDRAWBOT_SurfaceSuite, kDRAWBOT_SurfaceSuite_Version2, "DrawImage"),
-      7);
-  const EventAnswer answer = Draw(Window(ParamId::CurveGraph, PF_EA_CONTROL));
-  EXPECT_EQ(answer.result.err, 7);
-  EXPECT_FALSE(answer.Handled());
-  const hostsim::DrawbotRecord record = Record();
-  ASSERT_EQ(record.images.size(), 1u);
-  EXPECT_TRUE(record.images[0].released);
-  EXPECT_TRUE(record.draws.empty());
-}
-
-// The simulated host's own checks, driven without the effect.
-TEST(SimulatedDrawing, DrawingOutsideAnEventIsReported) {
-  Host host(HostProfile::AfterEffects());
-  const PF_InData in = host.MakeInData();
-  const void* suite = nullptr;
-  ASSERT_EQ(in.pica_basicP->AcquireSuite(kDRAWBOT_DrawSuite, 1, &suite), 0);
-  const auto* draw = static_cast<const DRAWBOT_DrawbotSuite1*>(suite);
-  DRAWBOT_SupplierRef supplier = nullptr;
-  EXPECT_NE(draw->GetSupplier(nullptr, &supplier), 0);
-  EXPECT_EQ(supplier, nullptr);
-  in.pica_basicP->ReleaseSuite(kDRAWBOT_DrawSuite, 1);
-  const hostsim::SessionReport report = host.Report();
-  ASSERT_EQ(report.problems.size(), 1u);
-  EXPECT_NE(report.problems[0].find("not live"), std::string::npos);
 }
 
 }  // namespace

@@ -1,258 +1,331 @@
-// The built frei0r modules, loaded as a host loads them and driven through their entry points.
+// The frei0r modules as ffmpeg and MLT load them: what they report about themselves, and the
+// frames they render for given parameter values, compared bit for bit with DispatchStretch on the
+// record those values stand for.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <sstream>
 #include <string>
 #include <thread>
+#include <tuple>
+#include <variant>
 #include <vector>
 
 #include "frei0r/FreiApi.h"
 #include "frei0r/FreiSettings.h"
-#include "tests/frei0r/ReferenceRender.h"
+#include "render/DispatchStretch.h"
+#include "tests/support/DefaultRecord.h"
 
 namespace morvane::frei0r {
 namespace {
 
-// The frei0r entry points of one loaded module.
-class Module {
- public:
-  explicit Module(const char* path) : handle_(dlopen(path, RTLD_NOW | RTLD_LOCAL)) {
-    if (handle_ == nullptr) return;
-    Bind(init, "f0r_init");
-    Bind(info, "f0r_get_plugin_info");
-    Bind(paramInfo, "f0r_get_param_info");
-    Bind(construct, "f0r_construct");
-    Bind(destruct, "f0r_destruct");
-    Bind(set, "f0r_set_param_value");
-    Bind(get, "f0r_get_param_value");
-    Bind(update, "f0r_update");
-    Bind(update2, "f0r_update2");
-  }
-  ~Module() {
-    if (handle_ != nullptr) dlclose(handle_);
-  }
-  Module(const Module&) = delete;
-  Module& operator=(const Module&) = delete;
+#define MORVANE_ENTRY(name) \
+  decltype(&f0r_##name) name = reinterpret_cast<decltype(name)>(dlsym(handle, "f0r_" #name))
 
-  bool Loaded() const { return handle_ != nullptr && update2 != nullptr; }
-
-  decltype(&f0r_init) init = nullptr;
-  decltype(&f0r_get_plugin_info) info = nullptr;
-  decltype(&f0r_get_param_info) paramInfo = nullptr;
-  decltype(&f0r_construct) construct = nullptr;
-  decltype(&f0r_destruct) destruct = nullptr;
-  decltype(&f0r_set_param_value) set = nullptr;
-  decltype(&f0r_get_param_value) get = nullptr;
-  decltype(&f0r_update) update = nullptr;
-  decltype(&f0r_update2) update2 = nullptr;
-
- private:
-  template <typename Fn>
-  void Bind(Fn& fn, const char* name) {
-    fn = reinterpret_cast<Fn>(dlsym(handle_, name));
+// One module, opened and initialised as a host does.
+struct Module {
+  explicit Module(const char* path) : handle(dlopen(path, RTLD_NOW | RTLD_LOCAL)) {
+    if (init != nullptr) init();
   }
-  void* handle_;
+  void* handle;
+  MORVANE_ENTRY(init);
+  MORVANE_ENTRY(get_plugin_info);
+  MORVANE_ENTRY(get_param_info);
+  MORVANE_ENTRY(construct);
+  MORVANE_ENTRY(destruct);
+  MORVANE_ENTRY(set_param_value);
+  MORVANE_ENTRY(get_param_value);
+  MORVANE_ENTRY(update);
+  MORVANE_ENTRY(update2);
 };
+
+// The filter module, or with `mixer` the mixer module, loaded once.
+const Module& Plugin(bool mixer = false) {
+  static const Module filter(MORVANE_FREI0R_FILTER), mix(MORVANE_FREI0R_MIXER);
+  return mixer ? mix : filter;
+}
+bool Loaded() {
+  return Plugin().update != nullptr && Plugin(true).update2 != nullptr;
+}
 
 constexpr int kWidth = 24;
 constexpr int kHeight = 16;
+using Frame = std::vector<uint8_t>;
+using Instance = std::unique_ptr<void, void (*)(f0r_instance_t)>;
+using Value = std::variant<double, std::string>;  // the item's text for menus, else a double
 
-// A frame with colour gradients, transparent and half-transparent pixels (colour kept under
-// alpha 0, as straight alpha hands it over).
-std::vector<uint8_t> TestFrame(int seed) {
-  std::vector<uint8_t> rgba(std::size_t(kWidth) * kHeight * 4);
-  for (int y = 0; y < kHeight; ++y)
-    for (int x = 0; x < kWidth; ++x) {
-      uint8_t* p = &rgba[(std::size_t(y) * kWidth + x) * 4];
-      p[0] = uint8_t(x * 11 + seed * 37);
-      p[1] = uint8_t(y * 15 + x * 3);
-      p[2] = uint8_t((x ^ y) * 9 + seed);
-      p[3] = x < 4 ? 0 : (y < 5 ? 128 : 255);
-    }
-  return rgba;
+Instance Construct(const Module& module) {
+  return {module.construct(kWidth, kHeight), module.destruct};
 }
 
-class Frei0rModule : public ::testing::Test {
- protected:
-  void SetUp() override {
-    ASSERT_TRUE(filter.Loaded()) << dlerror();
-    ASSERT_TRUE(mixer.Loaded()) << dlerror();
-    ASSERT_EQ(filter.init(), 1);
-    ASSERT_EQ(mixer.init(), 1);
-  }
+// An RGBA frame of pseudo-random bytes: straight alpha of every level.
+Frame Painted(uint32_t seed) {
+  Frame frame(std::size_t{kWidth} * kHeight * 4);
+  for (uint8_t& byte : frame)
+    byte = static_cast<uint8_t>((seed = seed * 1664525u + 1013904223u) >> 24);
+  return frame;
+}
 
-  // Sets parameters from frei0r values: strings for popups, doubles otherwise.
-  static void Set(const Module& module, f0r_instance_t instance, int index, double value) {
-    module.set(instance, &value, index);
-  }
-  static void Set(const Module& module, f0r_instance_t instance, int index, const char* text) {
-    auto* string = const_cast<char*>(text);
-    module.set(instance, &string, index);
-  }
+PF_EffectWorld World(Frame& pixels) {
+  PF_EffectWorld world{};
+  world.data = reinterpret_cast<PF_PixelPtr>(pixels.data());
+  world.rowbytes = kWidth * 4;
+  world.width = kWidth;
+  world.height = kHeight;
+  return world;
+}
 
-  Module filter{MORVANE_FREI0R_FILTER};
-  Module mixer{MORVANE_FREI0R_MIXER};
+// The expected frame: DispatchStretch at full resolution on the frame turned into ARGB, with
+// `layer`, when given, as the "Intensity Source".
+Frame Dispatched(StretchRenderRecord record, Frame input, Frame layer = {}) {
+  for (Frame* frame : {&input, &layer})
+    for (auto pixel = frame->begin(); pixel != frame->end(); pixel += 4)
+      std::rotate(pixel, pixel + 3, pixel + 4);
+  Frame output(input.size());
+  PF_EffectWorld in = World(input), out = World(output), intensity = World(layer);
+  if (!layer.empty()) record.intensityLayer = &intensity;
+  DispatchStretch<PixelDepth::Depth8>(in, out, record, 1.0f);
+  for (auto pixel = output.begin(); pixel != output.end(); pixel += 4)
+    std::rotate(pixel, pixel + 1, pixel + 4);
+  return output;
+}
+
+// The module's frame: f0r_update, or f0r_update2 with a non-empty `layer` as the second input.
+Frame Rendered(const Module& module, f0r_instance_t instance, const Frame& input,
+               const Frame& layer = {}) {
+  Frame output(input.size());
+  const auto* in = reinterpret_cast<const uint32_t*>(input.data());
+  auto* out = reinterpret_cast<uint32_t*>(output.data());
+  const auto* second = reinterpret_cast<const uint32_t*>(layer.data());
+  layer.empty() ? module.update(instance, 0.0, in, out)
+                : module.update2(instance, 0.0, in, second, nullptr, out);
+  return output;
+}
+
+// The parameter's index found by its name, as MLT finds it; -1 when no parameter has the name.
+int IndexOf(const Module& module, const std::string& name) {
+  f0r_plugin_info_t info{};
+  module.get_plugin_info(&info);
+  for (int i = 0; i < info.num_params; ++i) {
+    f0r_param_info_t param{};
+    module.get_param_info(&param, i);
+    if (name == param.name) return i;
+  }
+  return -1;
+}
+
+void Set(const Module& module, f0r_instance_t instance, int index, Value value) {
+  char* text = std::get_if<std::string>(&value) ? std::get<std::string>(value).data() : nullptr;
+  module.set_param_value(instance, text ? static_cast<void*>(&text) : &std::get<double>(value),
+                         index);
+}
+
+// The value the module reports, read as a string for menus (`kind` holds a string) else a double.
+Value Reported(const Module& module, f0r_instance_t instance, int index, const Value& kind) {
+  double number = -1.0;
+  char* text = nullptr;
+  module.get_param_value(instance, kind.index() == 0 ? &number : static_cast<void*>(&text), index);
+  return text != nullptr ? Value(text) : Value(number);
+}
+
+// What a host sees of each parameter: name, type and the value it reads back, at first and after
+// setting `set` (kebab-case and display names, clamping, refused items).
+struct Param {
+  const char* name;
+  int type;
+  Value dephault, set, reported;
+};
+const Param kParams[] = {
+    {"Direction", F0R_PARAM_STRING, "right", "Up", "up"},
+    {"Channels", F0R_PARAM_STRING, "luma", "Luma (no Alpha)", "luma-no-alpha"},
+    {"Morvane Intensity", F0R_PARAM_DOUBLE, 1.0, 1.5, 1.0},
+    {"Morvane", F0R_PARAM_DOUBLE, 1.0 / 64, 0.25, 0.25},
+    {"Pixel Size", F0R_PARAM_DOUBLE, 0.99 / 15.99, 0.3, 0.3},
+    {"Stretch Curve", F0R_PARAM_STRING, "linear-ramp-up", "exp-down", "exp-down"},
+    {"Curve Phase", F0R_PARAM_DOUBLE, 0.0, 0.125, 0.125},
+    {"Curve Smoothness", F0R_PARAM_DOUBLE, 0.0, -1.0, 0.0},
+    {"Stretch Start Offset", F0R_PARAM_DOUBLE, 0.0, 0.5, 0.5},
+    {"Distribution Mode", F0R_PARAM_STRING, "constant", "Linear Ramp Down", "linear-ramp-down"},
+    {"Distribution Range", F0R_PARAM_DOUBLE, 1.0, 0.75, 0.75},
+    {"Image Shift Phase", F0R_PARAM_DOUBLE, 0.0, -0.25, -0.25},
+    {"Image Shift Phase Sync", F0R_PARAM_BOOL, 1.0, 0.4, 0.0},
+    {"Shading", F0R_PARAM_STRING, "none", "line", "line"},
+    {"Shading Interval Size", F0R_PARAM_DOUBLE, 8.0 / 254, 0.5, 0.5},
+    {"Shading Interval Phase", F0R_PARAM_DOUBLE, 0.0, 2.5, 2.5},
+    {"Shading Channel(s)", F0R_PARAM_STRING, "alpha", "RGB", "rgb"},
+    {"Shading Opacity", F0R_PARAM_DOUBLE, 0.0, 0.25, 0.25},
+    {"Edge Mode", F0R_PARAM_STRING, "wrap", "sideways", "wrap"},
+    {"Transparency Feather", F0R_PARAM_DOUBLE, 0.0, 0.5, 0.5},
 };
 
-TEST_F(Frei0rModule, DescribesFilterAndMixer) {
-  f0r_plugin_info_t info{};
-  filter.info(&info);
-  EXPECT_EQ(info.plugin_type, F0R_PLUGIN_TYPE_FILTER);
-  EXPECT_EQ(info.color_model, F0R_COLOR_MODEL_RGBA8888);
-  EXPECT_EQ(info.num_params, 20);
-  mixer.info(&info);
-  EXPECT_EQ(info.plugin_type, F0R_PLUGIN_TYPE_MIXER2);
-  EXPECT_EQ(info.num_params, 20);
-}
-
-TEST_F(Frei0rModule, ParametersInTheControlsOrder) {
-  const std::array<std::pair<const char*, int>, 20> expected = {{
-      {"Direction", F0R_PARAM_STRING},
-      {"Channels", F0R_PARAM_STRING},
-      {"Morvane Intensity", F0R_PARAM_DOUBLE},
-      {"Morvane", F0R_PARAM_DOUBLE},
-      {"Pixel Size", F0R_PARAM_DOUBLE},
-      {"Stretch Curve", F0R_PARAM_STRING},
-      {"Curve Phase", F0R_PARAM_DOUBLE},
-      {"Curve Smoothness", F0R_PARAM_DOUBLE},
-      {"Stretch Start Offset", F0R_PARAM_DOUBLE},
-      {"Distribution Mode", F0R_PARAM_STRING},
-      {"Distribution Range", F0R_PARAM_DOUBLE},
-      {"Image Shift Phase", F0R_PARAM_DOUBLE},
-      {"Image Shift Phase Sync", F0R_PARAM_BOOL},
-      {"Shading", F0R_PARAM_STRING},
-      {"Shading Interval Size", F0R_PARAM_DOUBLE},
-      {"Shading Interval Phase", F0R_PARAM_DOUBLE},
-      {"Shading Channel(s)", F0R_PARAM_STRING},
-      {"Shading Opacity", F0R_PARAM_DOUBLE},
-      {"Edge Mode", F0R_PARAM_STRING},
-      {"Transparency Feather", F0R_PARAM_DOUBLE},
-  }};
-  for (const Module* module : {&filter, &mixer})
-    for (int i = 0; i < 20; ++i) {
-      f0r_param_info_t info{};
-      module->paramInfo(&info, i);
-      EXPECT_STREQ(info.name, expected[std::size_t(i)].first) << i;
-      EXPECT_EQ(info.type, expected[std::size_t(i)].second) << i;
-      ASSERT_NE(info.explanation, nullptr);
-      EXPECT_GT(std::strlen(info.explanation), 20u) << i;
+TEST(Frei0rModules, DescribeThemselvesAndTheirParametersToTheHost) {
+  ASSERT_TRUE(Loaded()) << dlerror();
+  for (const auto& [module, type] : {std::pair{&Plugin(), F0R_PLUGIN_TYPE_FILTER},
+                                     std::pair{&Plugin(true), F0R_PLUGIN_TYPE_MIXER2}}) {
+    f0r_plugin_info_t info{};
+    module->get_plugin_info(&info);
+    EXPECT_EQ(info.plugin_type, type);
+    EXPECT_EQ(info.color_model, F0R_COLOR_MODEL_RGBA8888);
+    ASSERT_EQ(info.num_params, int(std::size(kParams)));
+    const Instance instance = Construct(*module);
+    for (int i = 0; i < info.num_params; ++i) {
+      f0r_param_info_t param{};
+      module->get_param_info(&param, i);
+      EXPECT_STREQ(param.name, kParams[i].name);
+      EXPECT_EQ(param.type, kParams[i].type) << param.name;
+      EXPECT_GT(std::strlen(param.explanation), 20u) << param.name;
+      EXPECT_EQ(Reported(*module, instance.get(), i, kParams[i].dephault), kParams[i].dephault);
+      Set(*module, instance.get(), i, kParams[i].set);
+      EXPECT_EQ(Reported(*module, instance.get(), i, kParams[i].set), kParams[i].reported);
     }
-}
-
-TEST_F(Frei0rModule, ReportsDefaultsAndTakesValues) {
-  f0r_instance_t instance = filter.construct(kWidth, kHeight);
-  ASSERT_NE(instance, nullptr);
-  char* item = nullptr;
-  filter.get(instance, &item, 0);
-  EXPECT_STREQ(item, "right");
-  double value = 0.0;
-  filter.get(instance, &value, 2);
-  EXPECT_EQ(value, 1.0);
-  filter.get(instance, &value, 12);
-  EXPECT_EQ(value, 1.0);
-
-  Set(filter, instance, 0, "Up");
-  Set(filter, instance, 0, "diagonal");  // refused: keeps "up"
-  filter.get(instance, &item, 0);
-  EXPECT_STREQ(item, "up");
-  Set(filter, instance, 6, 0.125);
-  filter.get(instance, &value, 6);
-  EXPECT_EQ(value, 0.125);
-  filter.destruct(instance);
-}
-
-TEST_F(Frei0rModule, ZeroIntensityHandsThePixelsThroughUnchanged) {
-  f0r_instance_t instance = filter.construct(kWidth, kHeight);
-  Set(filter, instance, 2, 0.0);
-  const auto input = TestFrame(1);
-  std::vector<uint8_t> output(input.size());
-  filter.update(instance, 0.0, reinterpret_cast<const uint32_t*>(input.data()),
-                reinterpret_cast<uint32_t*>(output.data()));
-  EXPECT_EQ(output, input);
-  filter.destruct(instance);
-}
-
-// The same frame through the module and through DispatchStretch directly.
-TEST_F(Frei0rModule, FilterEqualsTheDispatcherInEveryDirection) {
-  for (const char* direction : {"right", "left", "down", "up"}) {
-    f0r_instance_t instance = filter.construct(kWidth, kHeight);
-    Set(filter, instance, 0, direction);
-    Set(filter, instance, 1, "rgba");
-    Set(filter, instance, 3, 0.05);
-    FreiSettings settings;
-    settings.SetItem(FreiParam::Direction, direction);
-    settings.SetItem(FreiParam::Channels, "rgba");
-    settings.SetNumber(FreiParam::Morvane, 0.05);
-
-    const auto input = TestFrame(2);
-    std::vector<uint8_t> output(input.size());
-    filter.update(instance, 0.0, reinterpret_cast<const uint32_t*>(input.data()),
-                  reinterpret_cast<uint32_t*>(output.data()));
-    const auto expected =
-        testing::ReferenceRender(kWidth, kHeight, settings.Record(), input, nullptr);
-    EXPECT_EQ(output, expected) << direction;
-    EXPECT_NE(output, input) << direction;
-    filter.destruct(instance);
   }
 }
 
-TEST_F(Frei0rModule, MixerTakesTheSecondInputAsIntensity) {
-  f0r_instance_t instance = mixer.construct(kWidth, kHeight);
-  Set(mixer, instance, 3, 0.1);
-  FreiSettings settings;
-  settings.SetNumber(FreiParam::Morvane, 0.1);
+// Parameter values as MLT passes them ("Name=value|...", set in order; a value that reads as a
+// number is a double, any other the item's text), and the record they stand for: the default
+// record with `expect` applied. With `layer` the mixer renders, the second input a different frame.
+struct Row {
+  const char* label;
+  std::string settings;
+  std::function<void(StretchRenderRecord&)> expect;
+  bool layer = false;
+  friend void PrintTo(const Row& row, std::ostream* os) { *os << row.label; }
+};
 
-  const auto input = TestFrame(3);
-  const auto layer = TestFrame(9);
-  std::vector<uint8_t> output(input.size());
-  mixer.update2(instance, 0.0, reinterpret_cast<const uint32_t*>(input.data()),
-                reinterpret_cast<const uint32_t*>(layer.data()), nullptr,
-                reinterpret_cast<uint32_t*>(output.data()));
-  const auto withLayer =
-      testing::ReferenceRender(kWidth, kHeight, settings.Record(), input, &layer);
-  const auto selfIntensity =
-      testing::ReferenceRender(kWidth, kHeight, settings.Record(), input, nullptr);
-  EXPECT_EQ(output, withLayer);
-  EXPECT_NE(output, selfIntensity);
-  mixer.destruct(instance);
+auto Fields(const StretchRenderRecord& r) {
+  return std::tuple(r.channelMode, r.intensity, r.direction, r.stretchAmount, r.pixelSize,
+                    r.startOffset, r.curveShape, r.curvePhase, r.curveSmoothness,
+                    r.distributionMode, r.distributionRange, r.imageShiftPhase,
+                    r.imageShiftPhaseSync, r.shadingMode, r.shadingIntervalSize,
+                    r.shadingIntervalPhase, r.shadingOpacity, r.shadingChannels, r.edgeMode,
+                    r.transparencyFeather, r.intensityLayer);
 }
+
+class Settings : public ::testing::TestWithParam<Row> {};
+
+TEST_P(Settings, GiveTheRecordAndTheModuleRendersIt) {
+  ASSERT_TRUE(Loaded()) << dlerror();
+  const Row& row = GetParam();
+  const Module& module = row.layer ? Plugin(true) : Plugin();
+  StretchRenderRecord expected = morvane::testing_support::DefaultRecord();
+  row.expect(expected);
+
+  FreiSettings settings;
+  const Instance instance = Construct(module);
+  std::istringstream list(row.settings);
+  for (std::string item; std::getline(list, item, '|');) {
+    const std::string text = item.substr(item.find('=') + 1);
+    char* end = nullptr;
+    const double number = std::strtod(text.c_str(), &end);
+    const int index = IndexOf(module, item.substr(0, item.find('=')));
+    ASSERT_GE(index, 0) << item;
+    const bool isNumber = !text.empty() && *end == '\0';
+    Set(module, instance.get(), index, isNumber ? Value(number) : Value(text));
+    if (isNumber) settings.SetNumber(FreiParam(index), number);
+    if (!isNumber) settings.SetItem(FreiParam(index), text);
+  }
+  EXPECT_EQ(Fields(settings.Record()), Fields(expected));
+  const Frame input = Painted(7);
+  const Frame layer = row.layer ? Painted(9) : Frame{};
+  const Frame output = Rendered(module, instance.get(), input, layer);
+  EXPECT_EQ(output, Dispatched(expected, input, layer));
+  EXPECT_TRUE(!row.layer || output != Dispatched(expected, input)) << "the layer changes nothing";
+}
+
+constexpr int32_t kMaxFixed = std::numeric_limits<int32_t>::max();
+constexpr int32_t kMinFixed = std::numeric_limits<int32_t>::min();
+
+INSTANTIATE_TEST_SUITE_P(
+    Frei0rValues, Settings,
+    ::testing::Values(
+        Row{"Defaults", "", [](StretchRenderRecord&) {}},
+        Row{"MenuItemsByKebabAndDisplayName",
+            "Direction=up|Channels=Luma (no Alpha)|Stretch Curve=exp-down|"
+            "Distribution Mode=Linear Ramp Down|Shading=line|Shading Channel(s)=RGB|"
+            "Shading Opacity=0.5|Edge Mode=repeat_last",
+            [](StretchRenderRecord& r) {
+              r.direction = 3, r.channelMode = 6, r.curveShape = 5, r.distributionMode = 2;
+              r.shadingMode = 5, r.shadingChannels = 1, r.shadingOpacity = 50, r.edgeMode = 2;
+            }},
+        Row{"UnknownItemsKeepTheValue",
+            "Direction=down|Direction=sideways|Direction=|Channels=rgba",
+            [](StretchRenderRecord& r) { r.direction = 2, r.channelMode = 1; }},
+        Row{"SlidersAcrossTheirRanges",
+            "Morvane Intensity=0.5|Morvane=0.25|Pixel Size=1|Curve Smoothness=0.25|"
+            "Stretch Start Offset=0.1|Distribution Range=0.75|Shading=sine-wave|"
+            "Shading Interval Size=0.5|Shading Opacity=0.8|Transparency Feather=0.3",
+            [](StretchRenderRecord& r) {
+              r.intensity = 50, r.stretchAmount = 16, r.pixelSize = 16, r.curveSmoothness = 4;
+              r.startOffset = 10, r.distributionRange = 1.5, r.shadingMode = 1;
+              r.shadingIntervalSize = 129, r.shadingOpacity = 80, r.transparencyFeather = 30;
+            }},
+        // Shading Interval Size 0.01 is 4.54 pixels, truncated.
+        Row{"SlidersClampAndTruncate",
+            "Morvane Intensity=1.5|Morvane=-0.2|Pixel Size=-3|Distribution Range=nan|"
+            "Shading Interval Size=0.01|Shading=triangle-wave|Shading Opacity=2",
+            [](StretchRenderRecord& r) {
+              r.intensity = 100, r.stretchAmount = 0, r.pixelSize = 0.01, r.distributionRange = 0;
+              r.shadingIntervalSize = 4, r.shadingMode = 2, r.shadingOpacity = 100;
+            }},
+        Row{"AnglesInTurnsAndTheCheckbox",
+            "Curve Phase=0.25|Image Shift Phase=-1|Image Shift Phase Sync=0.49|Shading=sine-wave|"
+            "Shading Interval Phase=2.5|Shading Opacity=1",
+            [](StretchRenderRecord& r) {
+              r.curvePhase = 5898240, r.imageShiftPhase = -23592960, r.imageShiftPhaseSync = 0;
+              r.shadingMode = 1, r.shadingIntervalPhase = 58982400, r.shadingOpacity = 100;
+            }},
+        // 2^-20 turns are 22.5 units of 16.16 degrees; 9 is far past the last interval size.
+        Row{"RoundingHalfAwayFromZeroAndSaturation",
+            "Curve Phase=0x1p-20|Image Shift Phase=-0x1p-20|Image Shift Phase Sync=0.5|"
+            "Shading=linear-ramp-up|Shading Interval Size=9|Shading Interval Phase=1000|"
+            "Shading Opacity=1",
+            [](StretchRenderRecord& r) {
+              r.curvePhase = 23, r.imageShiftPhase = -23, r.shadingMode = 3;
+              r.shadingIntervalSize = 256, r.shadingIntervalPhase = kMaxFixed;
+              r.shadingOpacity = 100;
+            }},
+        Row{"NegativeSaturationAndNaNAngles",
+            "Direction=left|Channels=rgb-no-alpha|Curve Phase=-1000|Image Shift Phase=nan",
+            [](StretchRenderRecord& r) {
+              r.direction = 1, r.channelMode = 7, r.curvePhase = kMinFixed;
+            }},
+        Row{"ZeroIntensityHandsTheFrameThrough", "Morvane Intensity=0|Morvane=0.25",
+            [](StretchRenderRecord& r) { r.intensity = 0, r.stretchAmount = 16; }},
+        Row{"MixerTakesTheSecondInputAsIntensity", "Morvane=0.1",
+            [](StretchRenderRecord& r) { r.stretchAmount = 6.4; }, true}),
+    [](const auto& info) { return std::string(info.param.label); });
 
 // MLT's sliced rendering calls one instance from several threads at once, setting the same
 // parameter values from each: every call must still render its own frame.
-TEST_F(Frei0rModule, OneInstanceServesSeveralThreadsAtOnce) {
-  constexpr int kThreads = 4;
-  f0r_instance_t instance = filter.construct(kWidth, kHeight);
-  Set(filter, instance, 0, "right");
-  Set(filter, instance, 3, 0.05);
-  std::array<std::vector<uint8_t>, kThreads> inputs;
-  std::array<std::vector<uint8_t>, kThreads> expected;
-  std::array<std::vector<uint8_t>, kThreads> results;
-  for (int i = 0; i < kThreads; ++i) {
-    inputs[i] = TestFrame(10 + i);
-    expected[i].resize(inputs[i].size());
-    results[i].resize(inputs[i].size());
-    filter.update(instance, 0.0, reinterpret_cast<const uint32_t*>(inputs[i].data()),
-                  reinterpret_cast<uint32_t*>(expected[i].data()));
-  }
+TEST(Frei0rModules, OneInstanceServesSeveralThreadsAtOnce) {
+  ASSERT_TRUE(Loaded()) << dlerror();
+  const Instance instance = Construct(Plugin());
+  StretchRenderRecord record = morvane::testing_support::DefaultRecord();
+  record.direction = 1, record.stretchAmount = 3.2;
+  std::array<bool, 4> same{};
   std::vector<std::thread> threads;
-  for (int i = 0; i < kThreads; ++i)
+  for (std::size_t i = 0; i < same.size(); ++i)
     threads.emplace_back([&, i] {
-      for (int frame = 0; frame < 50; ++frame) {
-        Set(filter, instance, 0, "right");
-        Set(filter, instance, 3, 0.05);
-        filter.update(instance, frame, reinterpret_cast<const uint32_t*>(inputs[i].data()),
-                      reinterpret_cast<uint32_t*>(results[i].data()));
-        if (results[i] != expected[i]) return;
+      const Frame input = Painted(uint32_t(10 + i));
+      const Frame expected = Dispatched(record, input);
+      same[i] = true;
+      for (int frame = 0; frame < 2000 && same[i]; ++frame) {
+        Set(Plugin(), instance.get(), IndexOf(Plugin(), "Direction"), "left");
+        Set(Plugin(), instance.get(), IndexOf(Plugin(), "Morvane"), 0.05);
+        same[i] = Rendered(Plugin(), instance.get(), input) == expected;
       }
     });
-  for (auto& thread : threads)
+  for (std::thread& thread : threads)
     thread.join();
-  for (int i = 0; i < kThreads; ++i)
-    EXPECT_EQ(results[i], expected[i]) << i;
-  filter.destruct(instance);
+  EXPECT_EQ(same, (std::array<bool, 4>{true, true, true, true}));
 }
 
 }  // namespace

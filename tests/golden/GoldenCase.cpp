@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <thread>
 #include <type_traits>
 
 #include "render/DispatchStretch.h"
@@ -161,26 +162,38 @@ uint64_t RenderDigest(const GoldenCase& c, Frame& frame) {
   return Fnv1a(frame.output, c.depth);
 }
 
-std::vector<std::string> CheckCorpus(const std::string& path, PixelDepth depth, int& cases) {
+std::vector<std::string> CheckCorpus(const std::string& path, PixelDepth depth, int& cases,
+                                     int threads) {
   std::ifstream corpus(path);
   if (!corpus) throw std::runtime_error("cannot read " + path);
-  std::vector<std::string> failures;
-  cases = 0;
-  std::string line;
-  while (std::getline(corpus, line)) {
-    if (line.empty() || line[0] == '#') continue;
-    const uint64_t accepted = std::stoull(line.substr(0, 16), nullptr, 16);
-    const GoldenCase c = ParseCase(line.substr(17));
-    if (c.depth != depth) continue;
-    ++cases;
-    Frame frame = PaintFrame(c);
-    const uint64_t digest = RenderDigest(c, frame);
-    if (digest == accepted) continue;
-    char written[17];
-    std::snprintf(written, sizeof written, "%016" PRIx64, digest);
-    failures.push_back("case " + line.substr(17) + "\n  writes " + written +
-                       "; see it with: golden_corpus_tool picture '" + line + "' case.ppm");
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(corpus, line);) {
+    if (!line.empty() && line[0] != '#' && ParseCase(line.substr(17)).depth == depth)
+      lines.push_back(line);
   }
+  cases = static_cast<int>(lines.size());
+  // Thread t renders cases t, t + threads, ...: neighbouring cases run at the same time.
+  std::vector<std::string> verdicts(lines.size());
+  const auto renderShare = [&](std::size_t first) {
+    for (std::size_t i = first; i < lines.size(); i += static_cast<std::size_t>(threads)) {
+      const GoldenCase c = ParseCase(lines[i].substr(17));
+      Frame frame = PaintFrame(c);
+      char written[17];
+      std::snprintf(written, sizeof written, "%016" PRIx64, RenderDigest(c, frame));
+      if (lines[i].compare(0, 16, written) == 0) continue;
+      verdicts[i] = "case " + lines[i].substr(17) + "\n  writes " + written +
+                    "; see it with: golden_corpus_tool picture '" + lines[i] + "' case.ppm";
+    }
+  };
+  std::vector<std::thread> workers;
+  for (int t = 1; t < threads; ++t)
+    workers.emplace_back(renderShare, static_cast<std::size_t>(t));
+  renderShare(0);
+  for (std::thread& worker : workers)
+    worker.join();
+  std::vector<std::string> failures;
+  for (std::string& verdict : verdicts)
+    if (!verdict.empty()) failures.push_back(std::move(verdict));
   return failures;
 }
 

@@ -69,9 +69,11 @@ Frame PaintFrame(const GoldenCase& c);
 uint64_t RenderDigest(const GoldenCase& c, Frame& frame);
 
 // Renders every case of `depth` in the corpus file at `path` ("digest case" lines; # comments)
-// and returns one message per case whose digest differs from the accepted one. Counts the cases
-// in `cases`. Throws std::runtime_error when the file cannot be read.
-std::vector<std::string> CheckCorpus(const std::string& path, PixelDepth depth, int& cases);
+// on `threads` threads at once and returns one message per case whose digest differs from the
+// accepted one. Counts the cases in `cases`. Throws std::runtime_error when the file cannot be
+// read.
+std::vector<std::string> CheckCorpus(const std::string& path, PixelDepth depth, int& cases,
+                                     int threads = 1);
 
 // Row stride of a buffer in bytes.
 int32_t RowBytes(const GoldenCase& c, int32_t width, int32_t padding);

@@ -1,10 +1,8 @@
-// Suite access against the simulated host's basic suite: what is acquired,
-// released and reported on each path.
+// The suite helpers and messages against the simulated host's records, on the paths the module's
+// commands do not reach: no basic suite, no utility callbacks, a suite handed back as null.
 #include <gtest/gtest.h>
 
 #include <ostream>
-
-#include <optional>
 #include <string>
 
 #include "host/Messages.h"
@@ -15,205 +13,93 @@
 
 namespace {
 
-using hostsim::Callback;
-using hostsim::FaultKind;
 using hostsim::Host;
-using hostsim::HostProfile;
+using morvane::AcquireSuiteOrReport;
+using morvane::ReleaseSuiteOrReport;
+using Handles = morvane::ScopedSuite<PF_HandleSuite1>;
 
-constexpr char kHandle[] = kPFHandleSuite;
-constexpr int kHandleVersion = kPFHandleSuiteVersion1;
-constexpr char kParamUtils[] = kPFParamUtilsSuite;
-constexpr int kParamUtilsVersion = kPFParamUtilsSuiteVersion3;
+constexpr char kUI[] = kPFEffectCustomUISuite;  // version 1
+constexpr char kHandle[] = kPFHandleSuite;      // version 2
+constexpr char kNoSuite[] = "Not able to acquire AEFX Suite.";
+constexpr PF_Err kNone = PF_Err_NONE;
+constexpr PF_Err kBadParam = PF_Err_BAD_CALLBACK_PARAM;
 
-// Runs `body`; the integer it raised, if any.
-template <typename F>
-std::optional<PF_Err> RaisedBy(F&& body) {
+void NoBasicSuite(Host&, PF_InData& in) {
+  in.pica_basicP = nullptr;
+}
+
+struct Case {
+  const char* label;
+  void (*arrange)(Host&, PF_InData&);
+  PF_Err (*act)(PF_InData*, PF_OutData*);  // a raised integer counts as the result
+  PF_Err err;
+  const char* message;  // return_msg afterwards, shown whenever it is not empty
+  const char* suites;   // "+" for each acquisition, "-" for each release
+  friend void PrintTo(const Case& c, std::ostream* os) { *os << c.label; }
+};
+
+const void* suite = nullptr;  // what the acquiring helpers hand back
+
+const Case kCases[] = {
+    {"CacheWithoutBasicSuite", NoBasicSuite,
+     [](PF_InData* in, PF_OutData*) { return morvane::SuiteCache(in->pica_basicP), kNone; },
+     kBadParam, "", ""},
+    {"ScopedNullWithOutput", [](Host& h, PF_InData&) { h.Faults().NullSuite(kHandle, 2); },
+     [](PF_InData* in, PF_OutData* out) { return Handles(in, kHandle, 2, out), kNone; },
+     A_Err_MISSING_SUITE, kNoSuite, ""},
+    {"AcquireAndRelease", nullptr,
+     [](PF_InData* in, PF_OutData* out) {
+       const PF_Err err = AcquireSuiteOrReport(in, out, kUI, 1, nullptr, &suite);
+       EXPECT_NE(suite, nullptr);
+       return err != kNone ? err : ReleaseSuiteOrReport(in, out, kUI, 1, nullptr);
+     },
+     kNone, "", "+-"},
+    {"AcquireWithheld", [](Host& h, PF_InData&) { h.Faults().WithholdSuite(kUI, 1); },
+     [](PF_InData* in, PF_OutData* out) {
+       suite = out;  // must come back null
+       const PF_Err err = AcquireSuiteOrReport(in, out, kUI, 1, nullptr, &suite);
+       EXPECT_EQ(suite, nullptr);
+       return err;
+     },
+     kBadParam, kNoSuite, ""},
+    {"AcquireWithoutBasicSuite", NoBasicSuite,
+     [](PF_InData* in, PF_OutData* out) {
+       return AcquireSuiteOrReport(in, out, kUI, 1, nullptr, &suite);
+     },
+     kBadParam, kNoSuite, ""},
+    {"ReleaseWithoutBasicSuite", NoBasicSuite,
+     [](PF_InData* in, PF_OutData* out) { return ReleaseSuiteOrReport(in, out, kUI, 1, nullptr); },
+     kBadParam, "Not able to release AEFX Suite.", ""},
+    // A host without utility callbacks still gets the text.
+    {"MessageWithoutUtilityCallbacks", [](Host&, PF_InData& in) { in.utils = nullptr; },
+     [](PF_InData* in, PF_OutData* out) { return morvane::ReportToUser(in, out, "Plain"), kNone; },
+     kNone, "Plain", ""},
+};
+
+class SuiteAccess : public testing::TestWithParam<Case> {};
+
+TEST_P(SuiteAccess, AnswersAndReportsAsTheCaseSays) {
+  const Case& c = GetParam();
+  Host host(hostsim::HostProfile::AfterEffects());
+  PF_InData in = host.MakeInData();
+  PF_OutData out{};
+  if (c.arrange != nullptr) c.arrange(host, in);
+  PF_Err err = kNone;
   try {
-    body();
-  } catch (PF_Err err) {
-    return err;
+    err = c.act(&in, &out);
+  } catch (PF_Err raised) {
+    err = raised;
   }
-  return std::nullopt;
+  EXPECT_EQ(err, c.err);
+  EXPECT_STREQ(out.return_msg, c.message);
+  EXPECT_EQ(out.out_flags, *c.message ? PF_OutFlag_DISPLAY_ERROR_MESSAGE : 0);
+  std::string suites;
+  for (const hostsim::SuiteEvent& e : host.Suites().Events())
+    suites += e.kind == e.Acquired ? '+' : '-';
+  EXPECT_EQ(suites, c.suites);
 }
 
-class SuiteAccess : public testing::Test {
- protected:
-  Host host_{HostProfile::AfterEffects()};
-  PF_InData in_ = host_.MakeInData();
-  PF_OutData out_{};
-};
-
-TEST_F(SuiteAccess, CacheWithoutBasicSuiteRaisesBadCallbackParam) {
-  EXPECT_EQ(RaisedBy([] { morvane::SuiteCache cache(nullptr); }), PF_Err_BAD_CALLBACK_PARAM);
-}
-
-TEST_F(SuiteAccess, CacheAcquiresASuiteOnceAndReleasesItOnce) {
-  {
-    morvane::SuiteCache cache(in_.pica_basicP);
-    const PF_HandleSuite1* first = cache.HandleSuite();
-    const PF_HandleSuite1* second = cache.HandleSuite();
-    ASSERT_NE(first, nullptr);
-    EXPECT_EQ(first, second);
-    EXPECT_EQ(host_.Suites().Acquisitions(kHandle, kHandleVersion), 1);
-    EXPECT_EQ(host_.Suites().Releases(kHandle, kHandleVersion), 0);
-  }
-  EXPECT_EQ(host_.Suites().Releases(kHandle, kHandleVersion), 1);
-  EXPECT_TRUE(host_.Report().Clean()) << host_.Report().Describe();
-}
-
-TEST_F(SuiteAccess, CacheReleasesEachSlotUnderItsOwnNameAndVersion) {
-  {
-    morvane::SuiteCache cache(in_.pica_basicP);
-    cache.ParamUtilsSuite();
-    cache.HandleSuite();
-  }
-  const auto balances = host_.Suites().Balances();
-  ASSERT_EQ(balances.size(), 2u);
-  for (const auto& b : balances) {
-    EXPECT_EQ(b.acquired, 1) << b.key.name;
-    EXPECT_EQ(b.released, 1) << b.key.name;
-  }
-  EXPECT_EQ(host_.Suites().Releases(kParamUtils, kParamUtilsVersion), 1);
-}
-
-TEST_F(SuiteAccess, CacheAccessorRaisesBadCallbackParamForAMissingOrNullSuite) {
-  host_.Faults().WithholdSuite(kParamUtils, kParamUtilsVersion);
-  host_.Faults().NullSuite(kHandle, kHandleVersion);
-  {
-    morvane::SuiteCache cache(in_.pica_basicP);
-    EXPECT_EQ(RaisedBy([&] { cache.ParamUtilsSuite(); }), PF_Err_BAD_CALLBACK_PARAM);
-    EXPECT_EQ(RaisedBy([&] { cache.HandleSuite(); }), PF_Err_BAD_CALLBACK_PARAM);
-  }
-  EXPECT_EQ(host_.Calls().Count(Callback("basic", "ReleaseSuite")), 0);
-  EXPECT_TRUE(host_.Report().Clean()) << host_.Report().Describe();
-}
-
-TEST_F(SuiteAccess, CacheDestructionSwallowsAFailingRelease) {
-  host_.Faults().Inject(Callback("basic", "ReleaseSuite"), {FaultKind::ThrowStdException});
-  EXPECT_NO_THROW({
-    morvane::SuiteCache cache(in_.pica_basicP);
-    cache.HandleSuite();
-  });
-}
-
-struct ScopedCase {
-  friend void PrintTo(const ScopedCase& c, std::ostream* os) { *os << c.label; }
-  const char* label;
-  bool withhold;     // otherwise handed back as null
-  bool withOutData;  // whether the caller passes the output record
-};
-
-class ScopedSuiteFailure : public SuiteAccess, public testing::WithParamInterface<ScopedCase> {};
-
-TEST_P(ScopedSuiteFailure, RaisesMissingSuiteAndReportsOnlyWithAnOutputRecord) {
-  const ScopedCase& c = GetParam();
-  if (c.withhold) {
-    host_.Faults().WithholdSuite(kHandle, kHandleVersion);
-  } else {
-    host_.Faults().NullSuite(kHandle, kHandleVersion);
-  }
-  PF_OutData* out = c.withOutData ? &out_ : nullptr;
-  EXPECT_EQ(RaisedBy([&] {
-              morvane::ScopedSuite<PF_HandleSuite1> suite(&in_, kHandle, kHandleVersion, out);
-            }),
-            A_Err_MISSING_SUITE);
-  if (c.withOutData) {
-    EXPECT_STREQ(out_.return_msg, "Not able to acquire AEFX Suite.");
-    EXPECT_EQ(out_.out_flags, PF_OutFlag_DISPLAY_ERROR_MESSAGE);
-    EXPECT_EQ(host_.Calls().Count(Callback("utils", "sprintf")), 1);
-  } else {
-    EXPECT_STREQ(out_.return_msg, "");
-    EXPECT_EQ(out_.out_flags, 0);
-  }
-  EXPECT_EQ(host_.Calls().Count(Callback("basic", "ReleaseSuite")), 0);
-}
-
-INSTANTIATE_TEST_SUITE_P(Paths, ScopedSuiteFailure,
-                         testing::Values(ScopedCase{"WithheldWithOutput", true, true},
-                                         ScopedCase{"WithheldWithoutOutput", true, false},
-                                         ScopedCase{"NullWithOutput", false, true},
-                                         ScopedCase{"NullWithoutOutput", false, false}),
+INSTANTIATE_TEST_SUITE_P(Cases, SuiteAccess, testing::ValuesIn(kCases),
                          [](const auto& info) { return std::string(info.param.label); });
-
-TEST_F(SuiteAccess, ScopedSuiteReleasesAtTheEndOfItsBlockAlsoWhenLeftByAnException) {
-  EXPECT_EQ(RaisedBy([&] {
-              morvane::ScopedSuite<PF_HandleSuite1> suite(&in_, kHandle, kHandleVersion, &out_);
-              EXPECT_NE(suite->host_new_handle, nullptr);
-              throw PF_Err{PF_Err_OUT_OF_MEMORY};
-            }),
-            PF_Err_OUT_OF_MEMORY);
-  EXPECT_EQ(host_.Suites().Acquisitions(kHandle, kHandleVersion), 1);
-  EXPECT_EQ(host_.Suites().Releases(kHandle, kHandleVersion), 1);
-}
-
-struct AcquireCase {
-  friend void PrintTo(const AcquireCase& c, std::ostream* os) { *os << c.label; }
-  const char* label;
-  bool basicSuite;
-  bool withhold;
-  const char* message;  // passed by the caller, may be null
-  PF_Err expected;
-  const char* shown;  // return_msg afterwards
-};
-
-class AcquireOrReport : public SuiteAccess, public testing::WithParamInterface<AcquireCase> {};
-
-TEST_P(AcquireOrReport, AnswersWithAnErrorCodeAndMessage) {
-  const AcquireCase& c = GetParam();
-  if (!c.basicSuite) in_.pica_basicP = nullptr;
-  if (c.withhold) host_.Faults().WithholdSuite(kPFEffectCustomUISuite, 1);
-  const void* suite = reinterpret_cast<const void*>(&out_);  // must be overwritten
-  const PF_Err err =
-      morvane::AcquireSuiteOrReport(&in_, &out_, kPFEffectCustomUISuite, 1, c.message, &suite);
-  EXPECT_EQ(err, c.expected);
-  EXPECT_STREQ(out_.return_msg, c.shown);
-  EXPECT_EQ(out_.out_flags != 0, c.expected != PF_Err_NONE);
-  EXPECT_EQ(suite != nullptr, c.expected == PF_Err_NONE);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Paths, AcquireOrReport,
-    testing::Values(AcquireCase{"Acquired", true, false, nullptr, PF_Err_NONE, ""},
-                    AcquireCase{"MissingSuiteDefaultText", true, true, nullptr,
-                                PF_Err_BAD_CALLBACK_PARAM, "Not able to acquire AEFX Suite."},
-                    AcquireCase{"MissingSuiteOwnText", true, true, "Own text",
-                                PF_Err_BAD_CALLBACK_PARAM, "Own text"},
-                    AcquireCase{"NoBasicSuite", false, false, nullptr, PF_Err_BAD_CALLBACK_PARAM,
-                                "Not able to acquire AEFX Suite."}),
-    [](const auto& info) { return std::string(info.param.label); });
-
-TEST_F(SuiteAccess, ReleaseOrReportReleasesUnderTheGivenNameAndVersion) {
-  const void* suite = nullptr;
-  ASSERT_EQ(morvane::AcquireSuiteOrReport(&in_, &out_, kPFEffectCustomUISuite, 1, nullptr, &suite),
-            PF_Err_NONE);
-  EXPECT_EQ(morvane::ReleaseSuiteOrReport(&in_, &out_, kPFEffectCustomUISuite, 1, nullptr),
-            PF_Err_NONE);
-  EXPECT_TRUE(host_.Report().Clean()) << host_.Report().Describe();
-  EXPECT_EQ(out_.out_flags, 0);
-}
-
-TEST_F(SuiteAccess, ReleaseOrReportWithoutBasicSuiteReports) {
-  in_.pica_basicP = nullptr;
-  EXPECT_EQ(morvane::ReleaseSuiteOrReport(&in_, &out_, kPFEffectCustomUISuite, 1, nullptr),
-            PF_Err_BAD_CALLBACK_PARAM);
-  EXPECT_STREQ(out_.return_msg, "Not able to release AEFX Suite.");
-  EXPECT_EQ(out_.out_flags, PF_OutFlag_DISPLAY_ERROR_MESSAGE);
-
-  PF_OutData own{};
-  EXPECT_EQ(morvane::ReleaseSuiteOrReport(&in_, &own, kPFEffectCustomUISuite, 1, "Own text"),
-            PF_Err_BAD_CALLBACK_PARAM);
-  EXPECT_STREQ(own.return_msg, "Own text");
-}
-
-TEST_F(SuiteAccess, MessagesGoThroughTheHostsFormattingAndCopyCallbacks) {
-  morvane::ReportToUser(&in_, &out_, "Formatted");
-  EXPECT_EQ(host_.Calls().Count(Callback("utils", "sprintf")), 1);
-  EXPECT_STREQ(out_.return_msg, "Formatted");
-  PF_OutData copied{};
-  morvane::ReportToUserCopied(&in_, &copied, "Copied");
-  EXPECT_EQ(host_.Calls().Count(Callback("utils", "strcpy")), 1);
-  EXPECT_STREQ(copied.return_msg, "Copied");
-  EXPECT_EQ(copied.out_flags, PF_OutFlag_DISPLAY_ERROR_MESSAGE);
-}
 
 }  // namespace

@@ -1,34 +1,24 @@
 #include "tests/params/FakeHost.h"
 
 #include <cstring>
-#include <stdexcept>
 
 namespace morvane::testing {
 namespace {
 
-thread_local FakeHost* current = nullptr;
-
 PF_Err AddParam(PF_ProgPtr effect_ref, PF_ParamIndex index, PF_ParamDefPtr def) {
-  FakeHost& host = FakeHost::From(effect_ref);
   if (index != -1) return PF_Err_BAD_CALLBACK_PARAM;
-  if (const auto refused = host.refuseAdd.find(def->uu.id); refused != host.refuseAdd.end()) {
-    return refused->second;
-  }
-  host.added.push_back(*def);
-  host.addedNames.emplace_back(def->name);
+  FakeHost::From(effect_ref).added.push_back(*def);
   return PF_Err_NONE;
 }
 
-PF_Err RegisterUI(PF_ProgPtr effect_ref, PF_CustomUIInfo* info) {
-  FakeHost::From(effect_ref).registeredUI.push_back(*info);
+PF_Err RegisterUI(PF_ProgPtr /*effect_ref*/, PF_CustomUIInfo* /*info*/) {
   return PF_Err_NONE;
 }
 
-PF_Err CheckoutParam(PF_ProgPtr effect_ref, PF_ParamIndex index, A_long what_time, A_long time_step,
-                     A_u_long time_scale, PF_ParamDef* param) {
+PF_Err CheckoutParam(PF_ProgPtr effect_ref, PF_ParamIndex index, A_long /*what_time*/,
+                     A_long /*time_step*/, A_u_long /*time_scale*/, PF_ParamDef* param) {
   FakeHost& host = FakeHost::From(effect_ref);
   host.checkouts.push_back(index);
-  host.checkoutTimes.push_back({what_time, time_step, time_scale});
   if (const auto failure = host.checkoutErrors.find(index); failure != host.checkoutErrors.end()) {
     ++host.failedCheckouts;
     return failure->second;
@@ -44,32 +34,6 @@ PF_Err CheckinParam(PF_ProgPtr effect_ref, PF_ParamDef* param) {
 
 A_char* StringCopy(A_char* dst, const A_char* src) {
   return std::strcpy(dst, src);
-}
-
-SPErr AcquireSuite(const char* name, int32 version, const void** suite) {
-  FakeHost& host = *current;
-  *suite = nullptr;
-  const bool paramUtils =
-      std::strcmp(name, kPFParamUtilsSuite) == 0 && version == kPFParamUtilsSuiteVersion3;
-  if (paramUtils && !host.offerParamUtils) return 1;
-  const auto found = host.extraSuites.find(std::string(name) + "/" + std::to_string(version));
-  if (found == host.extraSuites.end()) return 1;
-  *suite = found->second;
-  ++host.acquired[name];
-  return 0;
-}
-
-SPErr ReleaseSuite(const char* name, int32 /*version*/) {
-  ++current->released[name];
-  return 0;
-}
-
-PF_Err UpdateParamUI(PF_ProgPtr effect_ref, PF_ParamIndex index, const PF_ParamDef* def) {
-  FakeHost& host = FakeHost::From(effect_ref);
-  const std::size_t call = host.uiUpdates.size();
-  host.uiUpdates.push_back({index, def->ui_flags});
-  const auto failure = host.uiUpdateErrors.find(call);
-  return failure == host.uiUpdateErrors.end() ? PF_Err_NONE : failure->second;
 }
 
 PF_Err CheckoutLayer(PF_ProgPtr effect_ref, PF_ParamIndex index, A_long checkout_id,
@@ -92,7 +56,6 @@ PF_Err CheckoutLayerPixels(PF_ProgPtr effect_ref, A_long checkout_id, PF_EffectW
       failure != host.pixelsErrors.end()) {
     return failure->second;
   }
-  host.pixelsCheckedOut.push_back(checkout_id);
   const auto found = host.pixels.find(checkout_id);
   *pixels = found == host.pixels.end() ? nullptr : found->second;
   return PF_Err_NONE;
@@ -106,8 +69,6 @@ PF_Err CheckinLayerPixels(PF_ProgPtr effect_ref, A_long checkout_id) {
 }  // namespace
 
 FakeHost::FakeHost() {
-  if (current != nullptr) throw std::logic_error("one FakeHost per thread");
-  current = this;
   in_data.effect_ref = reinterpret_cast<PF_ProgPtr>(this);
   in_data.inter.add_param = AddParam;
   in_data.inter.register_ui = RegisterUI;
@@ -115,36 +76,18 @@ FakeHost::FakeHost() {
   in_data.inter.checkin_param = CheckinParam;
   utils_.ansi.strcpy = StringCopy;
   in_data.utils = &utils_;
-  basic_.AcquireSuite = AcquireSuite;
-  basic_.ReleaseSuite = ReleaseSuite;
-  in_data.pica_basicP = &basic_;
-  paramUtils_.PF_UpdateParamUI = UpdateParamUI;
-  OfferSuite(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3, &paramUtils_);
   preRenderCallbacks.checkout_layer = CheckoutLayer;
   smartRenderCallbacks.checkout_layer_pixels = CheckoutLayerPixels;
   smartRenderCallbacks.checkin_layer_pixels = CheckinLayerPixels;
-  in_data.current_time = 0;
   in_data.time_step = 1;
   in_data.time_scale = 24;
-  SetHost(0x46585443, 13, 27);  // 'FXTC', After Effects
-}
-
-void FakeHost::OfferSuite(const char* name, int32_t version, const void* suite) {
-  extraSuites[std::string(name) + "/" + std::to_string(version)] = suite;
-}
-
-FakeHost::~FakeHost() {
-  current = nullptr;
+  in_data.appl_id = 0x46585443;  // 'FXTC', After Effects
+  in_data.version.major = 13;
+  in_data.version.minor = 27;
 }
 
 FakeHost& FakeHost::From(PF_ProgPtr effect_ref) {
   return *reinterpret_cast<FakeHost*>(effect_ref);
-}
-
-void FakeHost::SetHost(A_long applId, A_short major, A_short minor) {
-  in_data.appl_id = applId;
-  in_data.version.major = major;
-  in_data.version.minor = minor;
 }
 
 void FakeHost::BuildListFromAdded() {

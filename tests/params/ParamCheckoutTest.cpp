@@ -1,74 +1,73 @@
+// Reading a control by its ParamId, in this process against the simulated host: from the
+// command's parameter array when there is one, otherwise checked out from the host at the
+// command's time and checked in again.
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+#include <vector>
+
+#include "hostsim/Host.h"
 #include "params/ParamCheckout.h"
 #include "params/ParamPositionTable.h"
 #include "params/ParamsSetup.h"
-#include "tests/params/FakeHost.h"
 
 namespace morvane {
 namespace {
 
-using testing::FakeHost;
-
-class ParamCheckout : public ::testing::Test {
- protected:
-  void SetUp() override {
-    ASSERT_EQ(ParamsSetup(&host.in_data, &host.out_data, nullptr), PF_Err_NONE);
-    host.BuildListFromAdded();
-    host.in_data.current_time = 48;
-    host.in_data.time_step = 2;
-    host.in_data.time_scale = 25;
-  }
-  FakeHost host;
-};
-
-TEST_F(ParamCheckout, ByIdReturnsTheArrayEntryWithoutAskingTheHost) {
-  std::vector<PF_ParamDef*> array = host.ParamArray();
-  PF_ParamDef buffer;
-  PF_ParamDef* def = CheckoutParamById(&host.in_data, array.data(), ParamId::EdgeMode, buffer);
-  EXPECT_EQ(def, array[static_cast<std::size_t>(ParamPosition(ParamId::EdgeMode))]);
-  EXPECT_TRUE(host.checkouts.empty());
-}
-
-TEST_F(ParamCheckout, ByIdWithoutArrayAsksTheHostAtTheCurrentTime) {
-  host.At(ParamPosition(ParamId::Morvane)).u.fs_d.value = 7.5;
-  PF_ParamDef buffer;
-  PF_ParamDef* def = CheckoutParamById(&host.in_data, nullptr, ParamId::Morvane, buffer);
-  EXPECT_EQ(def, &buffer);
-  EXPECT_EQ(def->u.fs_d.value, 7.5);
-  ASSERT_EQ(host.checkouts.size(), 1u);
-  EXPECT_EQ(host.checkouts[0], ParamPosition(ParamId::Morvane));
-  EXPECT_EQ(host.checkoutTimes[0].time, 48);
-  EXPECT_EQ(host.checkoutTimes[0].step, 2);
-  EXPECT_EQ(host.checkoutTimes[0].scale, 25u);
-}
-
-TEST_F(ParamCheckout, HostErrorIsRaisedAsItsValue) {
-  host.checkoutErrors[ParamPosition(ParamId::CurvePhase)] = PF_Interrupt_CANCEL;
-  PF_ParamDef buffer;
+template <typename F>
+PF_Err Raised(F&& read) {
   try {
-    CheckoutParamById(&host.in_data, nullptr, ParamId::CurvePhase, buffer);
-    FAIL() << "no exception";
+    read();
   } catch (PF_Err err) {
-    EXPECT_EQ(err, PF_Interrupt_CANCEL);
+    return err;
   }
-  EXPECT_THROW(CheckoutParamNow(&host.in_data, ParamId::CurvePhase, buffer), PF_Err);
+  return PF_Err_NONE;
 }
 
-TEST_F(ParamCheckout, CheckedOutParamChecksInOnlyWhatTheHostHandedOut) {
-  PF_ParamDef buffer;
-  {
-    const CheckedOutParam param(&host.in_data, nullptr, ParamId::Shading, buffer);
-    EXPECT_EQ(param->u.pd.value, 1);
-    EXPECT_TRUE(host.checkedIn.empty());
-  }
-  ASSERT_EQ(host.checkedIn.size(), 1u);
-  EXPECT_EQ(host.checkedIn[0], &buffer);
+TEST(ParamCheckout, ReadsTheArrayOrTheHostAtTheCommandsTime) {
+  hostsim::Host host(hostsim::HostProfile::AfterEffects());
+  PF_InData in = host.MakeInData();
+  PF_OutData out{};
+  PF_ParamDef buffer{};  // first the host's input layer, then the controls, as in the host
+  in.inter.add_param(in.effect_ref, -1, &buffer);
+  ASSERT_EQ(ParamsSetup(&in, &out, nullptr), PF_Err_NONE);
+  EXPECT_NO_THROW(VerifyParamCount(24));
+  EXPECT_THROW(VerifyParamCount(25), std::logic_error);
+  hostsim::EffectInstance& fx = host.NewInstance();
+  host.SetKeyframes(fx, "Morvane", {{0, 1.0}, {24, 7.5}});
+  in = host.MakeInData(&fx);
+  in.current_time = 48;  // frame 24
+  in.time_step = 2;
+  std::vector<PF_ParamDef> defs(24);
+  std::vector<PF_ParamDef*> array;
+  for (PF_ParamDef& def : defs)
+    array.push_back(&def);
+  host.Calls().Clear();
 
-  std::vector<PF_ParamDef*> array = host.ParamArray();
-  { const CheckedOutParam param(&host.in_data, array.data(), ParamId::Shading, buffer); }
-  EXPECT_EQ(host.checkedIn.size(), 1u);
-  EXPECT_EQ(host.OpenCheckouts(), 0);
+  EXPECT_EQ(&*CheckedOutParam(&in, array.data(), ParamId::EdgeMode, buffer),
+            array.at(static_cast<size_t>(host.PositionOf(fx, "Edge Mode"))));
+  EXPECT_EQ(host.Calls().Size(), 0u);
+  EXPECT_EQ(CheckedOutParam(&in, nullptr, ParamId::Morvane, buffer)->u.fs_d.value, 7.5);
+  EXPECT_EQ(host.Calls().Entries(),
+            (std::vector<std::string>{"inter.checkout_param", "inter.checkin_param"}));
+
+  // An array shorter than the control's position is not read past its end.
+  in.num_params = host.PositionOf(fx, "Edge Mode");
+  EXPECT_EQ(Raised([&] { CheckoutParamById(&in, array.data(), ParamId::EdgeMode, buffer); }),
+            PF_Err_INVALID_INDEX);
+  // The host's error, and nothing to check in.
+  host.Faults().Fail("inter.checkout_param", PF_Interrupt_CANCEL);
+  EXPECT_EQ(Raised([&] { CheckedOutParam param(&in, nullptr, ParamId::CurvePhase, buffer); }),
+            PF_Interrupt_CANCEL);
+  EXPECT_EQ(Raised([&] { CheckoutParamNow(&in, ParamId::CurvePhase, buffer); }),
+            PF_Interrupt_CANCEL);
+  EXPECT_EQ(host.Calls().Count("inter.checkin_param"), 1);
+  EXPECT_TRUE(host.Report().Clean()) << host.Report().Describe();
+  // A control no set-up declared; looking it up adds nothing to the table.
+  ModuleParamPositionTable().Clear();
+  EXPECT_EQ(Raised([&] { CheckoutParamById(&in, array.data(), ParamId::Morvane, buffer); }),
+            PF_Err_INVALID_INDEX);
+  EXPECT_EQ(ModuleParamPositionTable().Size(), 0u);
 }
 
 }  // namespace

@@ -123,7 +123,6 @@ class EndToEnd : public testing::HostedSession {
     if (host_) Finish();
   }
 
-  A_long Popup(ParamId id) { return host_->ParamAt(*instance_, ToInt(id), 0).u.pd.value; }
 
   // The record the host's values at `frame` stand for, built independently of the effect.
   StretchRenderRecord RecordAt(double frame) {
@@ -170,142 +169,7 @@ class EndToEnd : public testing::HostedSession {
   }
 };
 
-// --- Parameters -------------------------------------------------------------------------
-
-struct ProfileCase {
-  const char* label;
-  HostProfile profile;
-  size_t params;           // including the input layer
-  A_long curveGraphType;   // -1: not declared
-  const char* headerName;  // null: not declared
-};
-
-class ParameterLists : public EndToEnd, public ::testing::WithParamInterface<ProfileCase> {};
-
-TEST_P(ParameterLists, HostAcceptsTheDeclaredList) {
-  const ProfileCase& c = GetParam();
-  Start(c.profile);
-  const std::vector<PF_ParamDef> params = host_->Params().params;
-  ASSERT_EQ(params.size(), c.params);
-  auto position = [&](ParamId id) -> std::optional<size_t> {
-    for (size_t i = 1; i < params.size(); ++i) {
-      if (params[i].uu.id == ToInt(id)) return i;
-    }
-    return std::nullopt;
-  };
-  const auto graph = position(ParamId::CurveGraph);
-  if (c.curveGraphType < 0) {
-    EXPECT_FALSE(graph);
-  } else {
-    ASSERT_TRUE(graph);
-    EXPECT_EQ(params[*graph].param_type, c.curveGraphType);
-  }
-  const auto header = position(ParamId::Header);
-  EXPECT_EQ(header.has_value(), c.headerName != nullptr);
-  if (header) {
-    EXPECT_STREQ(params[*header].name, c.headerName);
-  }
-  EXPECT_EQ(position(ParamId::TransparencyFeather), c.params - 1);
-}
-
-HostProfile Recent14() {
-  HostProfile profile = HostProfile::AfterEffects();
-  profile.label = "After Effects 14.0";
-  profile.specMajor = 14;
-  profile.specMinor = 0;
-  return profile;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Hosts, ParameterLists,
-    ::testing::Values(
-        ProfileCase{"AfterEffects", HostProfile::AfterEffects(), 24, PF_Param_NO_DATA, ""},
-        ProfileCase{"Premiere", HostProfile::Premiere(), 23, PF_Param_ARBITRARY_DATA, nullptr},
-        ProfileCase{"Older", HostProfile::OlderHost(), 22, -1, nullptr},
-        ProfileCase{"AfterEffects13_23", HostProfile::AfterEffects13_23(), 24, PF_Param_NO_DATA,
-                    "About"},
-        ProfileCase{"Recent14", Recent14(), 24, PF_Param_NO_DATA, ""}),
-    [](const ::testing::TestParamInfo<ProfileCase>& info) {
-      return std::string(info.param.label);
-    });
-
-TEST_F(EndToEnd, UiStateFollowsTheModesThroughTheHost) {
-  Start(HostProfile::AfterEffects());
-  Host& h = *host_;
-  const std::string updateFn =
-      hostsim::SuiteFunction(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3, "PF_UpdateParamUI");
-  auto flags = [&](ParamId id) { return h.ParamAt(*instance_, ToInt(id), 0).ui_flags; };
-
-  ASSERT_EQ(h.UpdateParamsUI(*instance_).err, PF_Err_NONE);
-  EXPECT_EQ(h.Calls().Count(updateFn), 5);
-  EXPECT_EQ(flags(ParamId::ShadingOpacity), PF_PUI_DISABLED);
-  EXPECT_EQ(flags(ParamId::TransparencyFeather), PF_PUI_DISABLED);
-
-  h.SetPopup(*instance_, "Shading", "Sine Wave");
-  ASSERT_EQ(h.UserChangedParam(*instance_, "Shading").err, PF_Err_NONE);
-  EXPECT_EQ(h.Calls().Count(updateFn), 9);
-  EXPECT_EQ(flags(ParamId::ShadingIntervalSize), 0);
-  EXPECT_EQ(flags(ParamId::TransparencyFeather), PF_PUI_DISABLED);
-
-  h.SetPopup(*instance_, "Edge Mode", "Repeat Last");
-  ASSERT_EQ(h.UserChangedParam(*instance_, "Edge Mode").err, PF_Err_NONE);
-  EXPECT_EQ(h.Calls().Count(updateFn), 9) << "nothing changed, nothing sent";
-
-  h.SetPopup(*instance_, "Shading", "None");
-  h.SetPopup(*instance_, "Edge Mode", "Transparent");
-  h.Faults().Fail(updateFn, PF_Err_OUT_OF_MEMORY, 1, 1);
-  EXPECT_EQ(h.UpdateParamsUI(*instance_).err, PF_Err_OUT_OF_MEMORY);
-  EXPECT_EQ(h.Calls().Count(updateFn), 11) << "the failing call stops the rest";
-  EXPECT_EQ(flags(ParamId::ShadingIntervalSize), PF_PUI_DISABLED);
-  EXPECT_EQ(flags(ParamId::ShadingIntervalPhase), 0);
-  EXPECT_EQ(flags(ParamId::TransparencyFeather), PF_PUI_DISABLED);
-}
-
 // --- Smart render ---------------------------------------------------------------------
-
-struct ModeDepth {
-  const char* channels;
-  hostsim::PixelDepth depth;
-};
-
-class SmartRenderModes : public EndToEnd, public ::testing::WithParamInterface<ModeDepth> {};
-
-TEST_P(SmartRenderModes, OutputEqualsTheDispatcherOnTheSameData) {
-  Start(HostProfile::AfterEffects());
-  const hostsim::PixelDepth depth = GetParam().depth;
-  SetBusyLook();
-  host_->SetPopup(*instance_, "Channels", GetParam().channels);
-  host_->SetPopup(*instance_, "Direction", "Up");
-  PF_EffectWorld* input = NewLayer(19, 13, depth, 5);
-
-  const hostsim::SmartFrameResult result = host_->RenderSmart(*instance_, SmartFrameOf(input));
-  ASSERT_EQ(result.preRenderErr, PF_Err_NONE);
-  ASSERT_EQ(result.renderErr, PF_Err_NONE);
-  EXPECT_EQ(result.output.width, 19);
-  EXPECT_EQ(result.output.height, 13);
-  EXPECT_EQ(result.output.bytes, Reference(*input, result.output, RecordAt(0), 1.0f));
-}
-
-std::vector<ModeDepth> AllModesAndDepths() {
-  std::vector<ModeDepth> cases;
-  for (const char* mode :
-       {"Luma", "RGBA", "Red", "Green", "Blue", "Alpha", "Luma (no Alpha)", "RGB (no Alpha)"}) {
-    for (hostsim::PixelDepth depth :
-         {hostsim::PixelDepth::Bits8, hostsim::PixelDepth::Bits16, hostsim::PixelDepth::Float32}) {
-      cases.push_back({mode, depth});
-    }
-  }
-  return cases;
-}
-
-INSTANTIATE_TEST_SUITE_P(Everything, SmartRenderModes, ::testing::ValuesIn(AllModesAndDepths()),
-                         [](const ::testing::TestParamInfo<ModeDepth>& info) {
-                           std::string name;
-                           for (const char* c = info.param.channels; *c != '\0'; ++c) {
-                             if (std::isalnum(static_cast<unsigned char>(*c))) name += *c;
-                           }
-                           return name + "_" + std::to_string(info.index % 3);
-                         });
 
 TEST_F(EndToEnd, SubRectangleSeesOnlyItsOwnPixelsAndTheWholeIntensityLayer) {
   Start(HostProfile::AfterEffects());
@@ -452,31 +316,6 @@ TEST_F(EndToEnd, HundredFramesLeaveNothingBehind) {
     ASSERT_EQ(result.renderErr, PF_Err_NONE) << frame;
   }
   EXPECT_EQ(host_->Handles().LiveCount(), 1u) << "only the sequence data";
-}
-
-TEST_F(EndToEnd, ConcurrentFramesEqualSerialOnes) {
-  Start(HostProfile::AfterEffects());
-  SetBusyLook();
-  host_->SetKeyframes(*instance_, "Morvane", {{0, 0.5}, {7, 6.0}});
-  host_->SetKeyframes(*instance_, "Curve Phase", {{0, 0.0}, {7, 315.0}});
-  host_->SetKeyframes(*instance_, "Direction", {{0, 1}, {3, 2}, {5, 3}});
-  host_->SetLayer(*instance_, "Intensity Source",
-                  NewLayer(20, 14, hostsim::PixelDepth::Bits16, 12));
-  PF_EffectWorld* input = NewLayer(20, 14, hostsim::PixelDepth::Bits16, 10);
-  std::vector<hostsim::SmartFrame> frames;
-  for (int32_t frame = 0; frame < 8; ++frame)
-    frames.push_back(SmartFrameOf(input, frame));
-
-  std::vector<hostsim::SmartFrameResult> serial;
-  for (const hostsim::SmartFrame& frame : frames)
-    serial.push_back(host_->RenderSmart(*instance_, frame));
-  const auto concurrent = host_->RenderSmartConcurrently(*instance_, frames, 4);
-  ASSERT_EQ(concurrent.size(), serial.size());
-  for (size_t i = 0; i < frames.size(); ++i) {
-    ASSERT_EQ(concurrent[i].renderErr, PF_Err_NONE);
-    EXPECT_EQ(concurrent[i].output.bytes, serial[i].output.bytes) << "frame " << i;
-  }
-  EXPECT_NE(serial[0].output.bytes, serial[7].output.bytes) << "keyframes must change the frames";
 }
 
 // --- Single-call render -------------------------------------------------------------------

@@ -79,31 +79,6 @@ TEST_F(ReadRenderRecordTest, PreRenderReadsInOrderChecksEachInAndRequestsTheLaye
   EXPECT_EQ(std::memcmp(&record.intensityLayerParam, &zero, sizeof zero), 0);
 }
 
-TEST_F(ReadRenderRecordTest, FreshInstanceDefaults) {
-  std::vector<PF_ParamDef*> array = host.ParamArray();
-  ReadRenderRecord(&host.in_data, array.data(), nullptr, record);
-  EXPECT_EQ(record.channelMode, 0);
-  EXPECT_EQ(record.intensity, 100.0);
-  EXPECT_EQ(record.direction, 0);
-  EXPECT_EQ(record.stretchAmount, 1.0);
-  EXPECT_EQ(record.pixelSize, 1.0);
-  EXPECT_EQ(record.startOffset, 0.0);
-  EXPECT_EQ(record.curveShape, 0);
-  EXPECT_EQ(record.curvePhase, 0);
-  EXPECT_EQ(record.curveSmoothness, 0.0);
-  EXPECT_EQ(record.distributionMode, 0);
-  EXPECT_EQ(record.distributionRange, 2.0);
-  EXPECT_EQ(record.imageShiftPhase, 0);
-  EXPECT_EQ(record.imageShiftPhaseSync, 1);
-  EXPECT_EQ(record.shadingMode, 0);
-  EXPECT_EQ(record.shadingIntervalSize, 10);
-  EXPECT_EQ(record.shadingIntervalPhase, 0);
-  EXPECT_EQ(record.shadingOpacity, 0.0);
-  EXPECT_EQ(record.shadingChannels, 0);
-  EXPECT_EQ(record.edgeMode, 0);
-  EXPECT_EQ(record.transparencyFeather, 0.0);
-}
-
 // An array shorter than the set-up's list (a host that never ran this module's parameter
 // set-up gives the input layer alone) is never read past its end.
 TEST_F(ReadRenderRecordTest, ArrayShorterThanTheDeclaredListFails) {

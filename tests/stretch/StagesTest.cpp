@@ -20,7 +20,7 @@ namespace {
 
 using S = CurveShape;
 using E = EdgeMode;
-using testing::DefaultRecord;
+using testing_support::DefaultRecord;
 constexpr CurveFlags kRounded = CurveFlags::None;
 constexpr int32_t kDegree = 65536;
 

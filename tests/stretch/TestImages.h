@@ -70,7 +70,6 @@ Image<Depth> RandomImage(int32_t w, int32_t h, uint32_t seed) {
   return img;
 }
 
-using morvane::testing::DefaultRecord;
 
 // Every stretch control drawn at random within the controls' ranges.
 inline StretchRenderRecord RandomRecord(uint32_t seed) {

@@ -3,7 +3,7 @@
 
 #include "render/StretchRenderRecord.h"
 
-namespace morvane::testing {
+namespace morvane::testing_support {
 
 // Morvane Intensity 100 %, Morvane 1, Pixel Size 1, Distribution Range 2, Image Shift Phase Sync
 // on, Shading Interval Size 10; every popup at its first item and everything else 0.
@@ -18,4 +18,4 @@ inline StretchRenderRecord DefaultRecord() {
   return r;
 }
 
-}  // namespace morvane::testing
+}  // namespace morvane::testing_support
