@@ -1,8 +1,10 @@
 // DispatchStretchInBands on a simulated host pool: bit-identical to DispatchStretch with any
-// number of host threads or none, and stopped between bands when the host cancels.
+// number of host threads or none, and stopped between bands when the host cancels. The
+// dispatcher's choice of area and depth.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <stdexcept>
 #include <atomic>
 #include <thread>
 #include <vector>
@@ -14,16 +16,6 @@ namespace morvane {
 namespace {
 
 using namespace testing_support;
-
-template <PixelDepth Depth>
-PF_EffectWorld World(Image<Depth>& image) {
-  PF_EffectWorld w{};
-  w.data = reinterpret_cast<PF_PixelPtr>(image.pixels());
-  w.rowbytes = image.stride * int32_t(sizeof(ChannelType<Depth>));
-  w.width = image.width;
-  w.height = image.height;
-  return w;
-}
 
 // The simulated host: iterate_generic hands iteration i to worker i mod workers, worker 0 being
 // the calling thread; abort cancels from its `cancelAt`-th call on (never when 0). Host
@@ -183,6 +175,34 @@ TYPED_TEST(DispatchBands, HostErrorsAreReturned) {
   EXPECT_EQ(DispatchStretchInBands<TestFixture::kDepth>(in, o, DefaultRecord(), 1.0f, host),
             PF_Err_NONE);
   EXPECT_TRUE(SamePixels(out, TestFixture::Plain(DefaultRecord(), input, input)));
+}
+
+TEST(Dispatch, CopiesOnlyTheOverlapOfDifferentSizes) {
+  const auto in = RandomImage<PixelDepth::Depth16>(6, 3, 1);
+  const auto before = RandomImage<PixelDepth::Depth16>(4, 5, 2);
+  StretchRenderRecord r = DefaultRecord();
+  r.intensity = 0;
+  auto input = in;
+  auto out = before;
+  PF_EffectWorld inWorld = World(input);
+  PF_EffectWorld outWorld = World(out);
+  DispatchStretch<PixelDepth::Depth16>(inWorld, outWorld, r, 1.0f);
+  for (int32_t y = 0; y < 5; ++y)
+    for (int32_t x = 0; x < 4; ++x)
+      for (int c = 0; c < 4; ++c)
+        ASSERT_EQ(out.at(x, y, c), y < 3 ? in.at(x, y, c) : before.at(x, y, c));
+}
+
+TEST(Dispatch, ForDepthRoutesAndRejectsUnknownDepths) {
+  auto in = RandomImage<PixelDepth::Depth16>(5, 4, 1);
+  auto out = in;
+  const StretchRenderRecord r = RandomRecord(3);
+  PF_EffectWorld inWorld = World(in);
+  PF_EffectWorld outWorld = World(out);
+  DispatchStretchForDepth(PixelDepth::Depth16, inWorld, outWorld, r, 1.0f);
+  EXPECT_TRUE(SamePixels(out, RunKernel<PixelDepth::Depth16>(ChannelVariant::Luma, r, in)));
+  EXPECT_THROW(DispatchStretchForDepth(PixelDepth(3), inWorld, outWorld, r, 1.0f),
+               std::logic_error);
 }
 
 }  // namespace

@@ -34,6 +34,17 @@ struct Image {
   std::vector<Channel> data;
 };
 
+// The image as the host's world record, origin at (0, 0).
+template <PixelDepth Depth>
+PF_EffectWorld World(Image<Depth>& image) {
+  PF_EffectWorld w{};
+  w.data = reinterpret_cast<PF_PixelPtr>(image.pixels());
+  w.rowbytes = image.stride * int32_t(sizeof(ChannelType<Depth>));
+  w.width = image.width;
+  w.height = image.height;
+  return w;
+}
+
 // Same channel values, bit for bit (padding is not compared).
 template <PixelDepth Depth>
 bool SamePixels(const Image<Depth>& a, const Image<Depth>& b) {
