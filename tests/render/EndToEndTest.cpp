@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "hostsim/Host.h"
-#include "params/ParamId.h"
 #include "render/DispatchStretch.h"
+#include "tests/support/DefaultRecord.h"
 #include "tests/support/HostedSession.h"
 
 namespace morvane {
@@ -124,30 +124,21 @@ class EndToEnd : public testing::HostedSession {
   }
 
 
-  // The record the host's values at `frame` stand for, built independently of the effect.
-  StretchRenderRecord RecordAt(double frame) {
-    auto def = [&](ParamId id) { return host_->ParamAt(*instance_, ToInt(id), frame); };
-    StretchRenderRecord r{};
-    r.channelMode = def(ParamId::Channels).u.pd.value - 1;
-    r.intensity = def(ParamId::MorvaneIntensity).u.fs_d.value;
-    r.direction = def(ParamId::Direction).u.pd.value - 1;
-    r.stretchAmount = def(ParamId::Morvane).u.fs_d.value;
-    r.pixelSize = def(ParamId::PixelSize).u.fs_d.value;
-    r.startOffset = def(ParamId::StretchStartOffset).u.fs_d.value;
-    r.curveShape = def(ParamId::StretchCurve).u.pd.value - 1;
-    r.curvePhase = def(ParamId::CurvePhase).u.ad.value;
-    r.curveSmoothness = def(ParamId::CurveSmoothness).u.fs_d.value;
-    r.distributionMode = def(ParamId::DistributionMode).u.pd.value - 1;
-    r.distributionRange = def(ParamId::DistributionRange).u.fs_d.value;
-    r.imageShiftPhase = def(ParamId::ImageShiftPhase).u.ad.value;
-    r.imageShiftPhaseSync = def(ParamId::ImageShiftPhaseSync).u.bd.value;
-    r.shadingMode = def(ParamId::Shading).u.pd.value - 1;
-    r.shadingIntervalSize = static_cast<int32_t>(def(ParamId::ShadingIntervalSize).u.fs_d.value);
-    r.shadingIntervalPhase = def(ParamId::ShadingIntervalPhase).u.ad.value;
-    r.shadingOpacity = def(ParamId::ShadingOpacity).u.fs_d.value;
-    r.shadingChannels = def(ParamId::ShadingChannels).u.pd.value - 1;
-    r.edgeMode = def(ParamId::EdgeMode).u.pd.value - 1;
-    r.transparencyFeather = def(ParamId::TransparencyFeather).u.fs_d.value;
+  // The record the busy look stands for, as the kernels get it (angles in 16.16 degrees).
+  static StretchRenderRecord BusyRecord() {
+    StretchRenderRecord r = testing_support::DefaultRecord();
+    r.stretchAmount = 2.5;
+    r.curveShape = 3;
+    r.curvePhase = 30 * 65536;
+    r.curveSmoothness = 1.5;
+    r.startOffset = 10;
+    r.distributionMode = 2;
+    r.imageShiftPhase = -45 * 65536;
+    r.shadingMode = 2;
+    r.shadingIntervalSize = 6;
+    r.shadingOpacity = 70;
+    r.shadingChannels = 1;
+    r.edgeMode = 1;
     return r;
   }
 
@@ -200,7 +191,8 @@ TEST_F(EndToEnd, SubRectangleSeesOnlyItsOwnPixelsAndTheWholeIntensityLayer) {
   EXPECT_EQ(first.output.originY, 4);
   EXPECT_EQ(first.output.bytes, second.output.bytes);
 
-  StretchRenderRecord record = RecordAt(0);
+  StretchRenderRecord record = BusyRecord();
+  record.edgeMode = 0;
   record.intensityLayer = source;
   const OwnedWorld crop = Crop(*input, depth, rect);
   EXPECT_EQ(first.output.bytes, Reference(crop.world, first.output, record, 1.0f));
@@ -227,8 +219,8 @@ TEST_F(EndToEnd, HorizontalDownsamplingScalesTheRender) {
   const auto half = host_->RenderSmart(*instance_, Downsampled(input, {1, 2}, {1, 1}));
   const auto halfOtherY = host_->RenderSmart(*instance_, Downsampled(input, {1, 2}, {1, 3}));
   ASSERT_EQ(half.renderErr, PF_Err_NONE);
-  const std::vector<uint8_t> expected = Reference(*input, half.output, RecordAt(0), 0.5f);
-  ASSERT_NE(expected, Reference(*input, half.output, RecordAt(0), 1.0f));
+  const std::vector<uint8_t> expected = Reference(*input, half.output, BusyRecord(), 0.5f);
+  ASSERT_NE(expected, Reference(*input, half.output, BusyRecord(), 1.0f));
   EXPECT_EQ(half.output.bytes, expected);
   EXPECT_EQ(halfOtherY.output.bytes, expected);
 }
@@ -330,8 +322,10 @@ TEST_P(PremiereRender, OutputEqualsTheDispatcherAtTheWidthScale) {
   PF_EffectWorld* input = NewLayer(17, 11, GetParam(), 21);
   const auto result = host_->RenderLegacy(*instance_, HalfScale(LegacyFrameOf(input, GetParam())));
   ASSERT_EQ(result.err, PF_Err_NONE);
-  const std::vector<uint8_t> expected = Reference(*input, result.output, RecordAt(0), 0.5f);
-  ASSERT_NE(expected, Reference(*input, result.output, RecordAt(0), 1.0f));
+  StretchRenderRecord record = BusyRecord();
+  record.channelMode = 7;
+  const std::vector<uint8_t> expected = Reference(*input, result.output, record, 0.5f);
+  ASSERT_NE(expected, Reference(*input, result.output, record, 1.0f));
   EXPECT_EQ(result.output.bytes, expected);
 }
 
