@@ -206,7 +206,8 @@ class Morvane : public ::testing::TestWithParam<Case> {
     const ArgbImage sample = Read("{in}", Depth::Depth8);
     for (const Input& input : kInputs) {
       const std::string name = input.name;
-      if (args.find("@" + name.substr(0, name.find('.') + 1)) == std::string::npos) continue;
+      const std::string stem = name.substr(0, name.find('.') + 1);
+      if (args.find('@' + stem) == std::string::npos) continue;
       WriteImageFile(dir_ / name, Crop(sample, input.crop), input.depth);
     }
     for (const char* junk : {"junk.png", "junk.xyz"}) {
