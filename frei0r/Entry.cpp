@@ -4,8 +4,8 @@
 #include <cstring>
 #include <exception>
 #include <mutex>
-#include <new>
 #include <string>
+#include <type_traits>
 
 #include "frei0r/FrameRenderer.h"
 #include "frei0r/FreiApi.h"
@@ -65,11 +65,26 @@ void Render(f0r_instance_t handle, const uint32_t* input, const uint32_t* layer,
   auto* out = reinterpret_cast<uint8_t*>(output);
   try {
     renderer.Render(instance.Settings().Record(), in, reinterpret_cast<const uint8_t*>(layer), out);
-  } catch (const std::exception& error) {
-    // Nothing may reach the host; hand the frame through unchanged instead.
-    std::fprintf(stderr, "morvane: %s; frame passed through\n", error.what());
+  } catch (...) {
+    // A frame that cannot be rendered is handed through unchanged rather than left unwritten.
     std::memmove(out, in, std::size_t{renderer.Width()} * renderer.Height() * 4);
+    throw;
   }
+}
+
+// Runs the work of an entry point. The hosts are C programs: an exception that crossed into one
+// would end the user's editor, so whatever is thrown is told on stderr and the host gets the
+// entry point's "nothing" (0, a null instance, or no change).
+template <typename Work>
+auto Guarded(const char* entry, Work work) noexcept -> decltype(work()) {
+  try {
+    return work();
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "morvane: %s: %s\n", entry, error.what());
+  } catch (...) {
+    std::fprintf(stderr, "morvane: %s: an unknown error\n", entry);
+  }
+  if constexpr (!std::is_void_v<decltype(work())>) return {};
 }
 
 void ReportUnknownItem(const FreiControl& control, const char* text, const char* kept) {
@@ -87,87 +102,96 @@ using morvane::frei0r::FreiControls;
 using morvane::frei0r::FreiKind;
 using morvane::frei0r::FreiParam;
 using morvane::frei0r::FreiSettings;
+using morvane::frei0r::Guarded;
 using morvane::frei0r::Instance;
 
 extern "C" {
 
 int f0r_init(void) {
-  return 1;
+  return Guarded("f0r_init", [] { return 1; });
 }
 
-void f0r_deinit(void) {}
+void f0r_deinit(void) {
+  Guarded("f0r_deinit", [] {});
+}
 
 void f0r_get_plugin_info(f0r_plugin_info_t* info) {
-  const auto& module = morvane::frei0r::ThisModule();
-  info->name = module.name;
-  info->author = "Orbrenn";
-  info->plugin_type = module.pluginType;
-  info->color_model = F0R_COLOR_MODEL_RGBA8888;
-  info->frei0r_version = FREI0R_MAJOR_VERSION;
-  info->major_version = MORVANE_VERSION_MAJOR;
-  info->minor_version = MORVANE_VERSION_MINOR;
-  info->num_params = morvane::frei0r::kFreiParamCount;
-  info->explanation = module.explanation;
+  Guarded("f0r_get_plugin_info", [&] {
+    const auto& module = morvane::frei0r::ThisModule();
+    info->name = module.name;
+    info->author = "Orbrenn";
+    info->plugin_type = module.pluginType;
+    info->color_model = F0R_COLOR_MODEL_RGBA8888;
+    info->frei0r_version = FREI0R_MAJOR_VERSION;
+    info->major_version = MORVANE_VERSION_MAJOR;
+    info->minor_version = MORVANE_VERSION_MINOR;
+    info->num_params = morvane::frei0r::kFreiParamCount;
+    info->explanation = module.explanation;
+  });
 }
 
 void f0r_get_param_info(f0r_param_info_t* info, int index) {
-  if (!morvane::frei0r::ValidIndex(index)) return;
-  const auto& control = FreiControls()[static_cast<std::size_t>(index)];
-  info->name = control.name;
-  info->type = morvane::frei0r::FreiType(control.kind);
-  info->explanation = control.explanation;
+  Guarded("f0r_get_param_info", [&] {
+    if (!morvane::frei0r::ValidIndex(index)) return;
+    const auto& control = FreiControls()[static_cast<std::size_t>(index)];
+    info->name = control.name;
+    info->type = morvane::frei0r::FreiType(control.kind);
+    info->explanation = control.explanation;
+  });
 }
 
 f0r_instance_t f0r_construct(unsigned int width, unsigned int height) {
-  if (width == 0 || height == 0) return nullptr;
-  try {
+  return Guarded("f0r_construct", [&]() -> f0r_instance_t {
+    if (width == 0 || height == 0) return nullptr;
     return new Instance(width, height);
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
+  });
 }
 
 void f0r_destruct(f0r_instance_t instance) {
-  delete static_cast<Instance*>(instance);
+  Guarded("f0r_destruct", [&] { delete static_cast<Instance*>(instance); });
 }
 
 void f0r_set_param_value(f0r_instance_t handle, f0r_param_t param, int index) {
-  if (handle == nullptr || param == nullptr || !morvane::frei0r::ValidIndex(index)) return;
-  auto& instance = *static_cast<Instance*>(handle);
-  const auto which = static_cast<FreiParam>(index);
-  const auto& control = FreiControls()[static_cast<std::size_t>(index)];
-  if (control.kind != FreiKind::Popup) {
-    const double value = *static_cast<const double*>(param);
-    instance.Update([&](FreiSettings& settings) { settings.SetNumber(which, value); });
-    return;
-  }
-  const char* text = *static_cast<const f0r_param_string*>(param);
-  if (text == nullptr) return;
-  if (!instance.Update([&](FreiSettings& settings) { return settings.SetItem(which, text); }))
-    morvane::frei0r::ReportUnknownItem(control, text, instance.Settings().Item(which));
+  Guarded("f0r_set_param_value", [&] {
+    if (handle == nullptr || param == nullptr || !morvane::frei0r::ValidIndex(index)) return;
+    auto& instance = *static_cast<Instance*>(handle);
+    const auto which = static_cast<FreiParam>(index);
+    const auto& control = FreiControls()[static_cast<std::size_t>(index)];
+    if (control.kind != FreiKind::Popup) {
+      const double value = *static_cast<const double*>(param);
+      instance.Update([&](FreiSettings& settings) { settings.SetNumber(which, value); });
+      return;
+    }
+    const char* text = *static_cast<const f0r_param_string*>(param);
+    if (text == nullptr) return;
+    if (!instance.Update([&](FreiSettings& settings) { return settings.SetItem(which, text); }))
+      morvane::frei0r::ReportUnknownItem(control, text, instance.Settings().Item(which));
+  });
 }
 
 void f0r_get_param_value(f0r_instance_t handle, f0r_param_t param, int index) {
-  if (handle == nullptr || param == nullptr || !morvane::frei0r::ValidIndex(index)) return;
-  const FreiSettings settings = static_cast<const Instance*>(handle)->Settings();
-  const auto which = static_cast<FreiParam>(index);
-  if (FreiControls()[static_cast<std::size_t>(index)].kind == FreiKind::Popup) {
-    // The string is the module's own constant; hosts copy it and never free it.
-    *static_cast<f0r_param_string*>(param) = const_cast<char*>(settings.Item(which));
-  } else {
-    *static_cast<double*>(param) = settings.Number(which);
-  }
+  Guarded("f0r_get_param_value", [&] {
+    if (handle == nullptr || param == nullptr || !morvane::frei0r::ValidIndex(index)) return;
+    const FreiSettings settings = static_cast<const Instance*>(handle)->Settings();
+    const auto which = static_cast<FreiParam>(index);
+    if (FreiControls()[static_cast<std::size_t>(index)].kind == FreiKind::Popup) {
+      // The string is the module's own constant; hosts copy it and never free it.
+      *static_cast<f0r_param_string*>(param) = const_cast<char*>(settings.Item(which));
+    } else {
+      *static_cast<double*>(param) = settings.Number(which);
+    }
+  });
 }
 
 void f0r_update(f0r_instance_t instance, double /*time*/, const uint32_t* inframe,
                 uint32_t* outframe) {
-  morvane::frei0r::Render(instance, inframe, nullptr, outframe);
+  Guarded("f0r_update", [&] { morvane::frei0r::Render(instance, inframe, nullptr, outframe); });
 }
 
 // The second input, when given, is the "Intensity Source".
 void f0r_update2(f0r_instance_t instance, double /*time*/, const uint32_t* inframe1,
                  const uint32_t* inframe2, const uint32_t* /*inframe3*/, uint32_t* outframe) {
-  morvane::frei0r::Render(instance, inframe1, inframe2, outframe);
+  Guarded("f0r_update2", [&] { morvane::frei0r::Render(instance, inframe1, inframe2, outframe); });
 }
 
 }  // extern "C"
