@@ -53,18 +53,23 @@ EarlyArguments ScanEarly(int argc, const char* const* argv) {
   return early;
 }
 
-std::unique_ptr<RenderCommand> MakeRenderCommand(CLI::App& app, const EarlyArguments& early) {
+// The module loaded for the subcommands whose options are its controls; null with the reason
+// when it cannot be loaded (or another subcommand was given).
+struct LoadedModule {
   std::unique_ptr<RenderBackend> backend;
-  std::string loadError;
-  if (early.subcommand == "render") {
-    try {
-      backend = OpenRenderBackend(LocateModule(early.module),
-                                  ParseHostProfile(early.host).value_or(HostProfile::Ae));
-    } catch (const Failure& e) {
-      loadError = e.what();
-    }
+  std::string error;
+};
+
+LoadedModule LoadModuleFor(const EarlyArguments& early, std::string_view subcommand) {
+  LoadedModule loaded;
+  if (early.subcommand != subcommand) return loaded;
+  try {
+    loaded.backend = OpenRenderBackend(LocateModule(early.module),
+                                       ParseHostProfile(early.host).value_or(HostProfile::Ae));
+  } catch (const Failure& e) {
+    loaded.error = e.what();
   }
-  return std::make_unique<RenderCommand>(app, std::move(backend), std::move(loadError));
+  return loaded;
 }
 
 }  // namespace
@@ -76,17 +81,22 @@ int RunMorvane(int argc, const char* const* argv, std::ostream& out, std::ostrea
   app.require_subcommand(1);
   app.set_version_flag("--version", "morvane 1.6.0");
 
-  std::vector<std::unique_ptr<Command>> commands;
-  auto render = MakeRenderCommand(app, early);
-  // Without the module the control options are unknown; report the module
-  // rather than complain about options the parser cannot know.
-  if (early.subcommand == "render" && !early.help && !render->HasModule()) {
-    err << "morvane: " << render->loadError() << "\n";
-    return kExitFailure;
+  LoadedModule forRender = LoadModuleFor(early, "render");
+  LoadedModule forGraph = LoadModuleFor(early, "curve-graph");
+  // Without the module the control options are unknown; report the module rather than
+  // complain about options the parser cannot know.
+  for (const LoadedModule* loaded : {&forRender, &forGraph}) {
+    if (!loaded->error.empty() && !early.help) {
+      err << "morvane: " << loaded->error << "\n";
+      return kExitFailure;
+    }
   }
-  commands.push_back(std::move(render));
+  std::vector<std::unique_ptr<Command>> commands;
+  commands.push_back(std::make_unique<RenderCommand>(app, std::move(forRender.backend),
+                                                     std::move(forRender.error)));
   commands.push_back(std::make_unique<InfoCommand>(app));
-  commands.push_back(std::make_unique<CurveGraphCommand>(app));
+  commands.push_back(std::make_unique<CurveGraphCommand>(app, std::move(forGraph.backend),
+                                                         std::move(forGraph.error)));
 
   try {
     app.parse(argc, argv);

@@ -1,7 +1,7 @@
 #include "cli/CurveGraphPicture.h"
 
-#include <exception>
-#include <optional>
+#include <stdexcept>
+#include <string>
 
 #include "cli/Errors.h"
 #include "cli/ImageFile.h"
@@ -12,60 +12,24 @@
 namespace morvane::cli {
 namespace {
 
-// Disk IDs of the controls involved.
-constexpr int32_t kStretchCurveId = 4;
-constexpr int32_t kCurvePhaseId = 5;
-constexpr int32_t kCurveSmoothnessId = 20;
-constexpr int32_t kCurveGraphId = 21;
-
-std::string ErrText(PF_Err err) {
-  return "error " + std::to_string(err);
-}
+constexpr int32_t kCurveGraphId = 21;  // the control's disk ID
 
 void Require(const hostsim::CommandResult& result, const char* step) {
   if (result.err == PF_Err_NONE) return;
-  std::string text = std::string(step) + " failed: " + ErrText(result.err);
+  std::string text = std::string(step) + " failed: error " + std::to_string(result.err);
   if (result.ShowsMessage()) text += " (\"" + result.Message() + "\")";
   throw Failure(text);
 }
 
 }  // namespace
 
-CurveGraphPicture DrawCurveGraph(const std::filesystem::path& modulePath,
-                                 const hostsim::HostProfile& profile,
-                                 const CurveGraphSettings& settings) {
-  hostsim::Host host(profile);
-  try {
-    host.Load(modulePath);
-  } catch (const std::exception& e) {
-    throw Failure("cannot load the effect module " + modulePath.string() + ": " + e.what());
-  }
-  if (const A_Err err = host.Register(); err != A_Err_NONE) {
-    throw Failure("registration failed: " + ErrText(err));
-  }
-  Require(host.GlobalSetup(), "global set-up");
-  Require(host.ParamsSetup(), "parameter set-up");
-  hostsim::EffectInstance& instance = host.NewInstance();
-  Require(host.SequenceSetup(instance), "sequence set-up");
-
+CurveGraphPicture DrawCurveGraph(hostsim::Host& host, hostsim::EffectInstance& instance) {
   PF_ParamIndex graph = 0;
   try {
     graph = host.PositionOf(instance, kCurveGraphId);
   } catch (const std::out_of_range&) {
-    throw Failure(profile.label + " does not show the curve graph");
+    throw Failure(host.Profile().label + " does not show the curve graph");
   }
-  try {
-    host.SetPopup(instance, kStretchCurveId, settings.curve);
-  } catch (const std::exception&) {
-    throw UsageError("no stretch curve named \"" + settings.curve + "\"");
-  }
-  try {
-    host.SetValue(instance, kCurvePhaseId, settings.phaseDegrees);
-    host.SetValue(instance, kCurveSmoothnessId, settings.smoothness);
-  } catch (const std::invalid_argument& e) {
-    throw UsageError(std::string("value refused by the host: ") + e.what());
-  }
-
   const PF_ParamDef def = host.Params().params.at(static_cast<std::size_t>(graph));
   const hostsim::EffectWindow window =
       hostsim::PanelWindow(graph, PF_EA_CONTROL, def.ui_width, def.ui_height);
@@ -76,8 +40,6 @@ CurveGraphPicture DrawCurveGraph(const std::filesystem::path& modulePath,
   if (image == nullptr || image->layout != kDRAWBOT_PixelLayout_32BGRA_Straight) {
     throw Failure("the effect drew no straight BGRA picture for the curve graph");
   }
-  host.SequenceSetdown(instance);
-
   CurveGraphPicture picture;
   picture.width = image->width;
   picture.height = image->height;

@@ -7,15 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "hostsim/HostProfile.h"
+namespace hostsim {
+class Host;
+class EffectInstance;
+}  // namespace hostsim
 
 namespace morvane::cli {
-
-struct CurveGraphSettings {
-  std::string curve = "Linear Ramp Up";  // a "Stretch Curve" item
-  double phaseDegrees = 0.0;             // "Curve Phase"
-  double smoothness = 0.0;               // "Curve Smoothness"
-};
 
 // The image the effect handed to the host's drawing suites: straight BGRA, rows
 // `width` * 4 bytes apart.
@@ -25,12 +22,10 @@ struct CurveGraphPicture {
   std::vector<uint8_t> bgra;
 };
 
-// Loads the module into a simulated host of `profile`, sets the three controls and sends the
-// draw event of the curve graph's control area. Throws Failure when the module cannot be
-// loaded, the host does not show the graph, a value is refused or the effect draws nothing.
-CurveGraphPicture DrawCurveGraph(const std::filesystem::path& modulePath,
-                                 const hostsim::HostProfile& profile,
-                                 const CurveGraphSettings& settings);
+// Sends the draw event of the curve graph of `instance` (with its controls as set) and returns
+// what the effect drew. Throws Failure when the host does not show the control or the effect
+// draws nothing.
+CurveGraphPicture DrawCurveGraph(hostsim::Host& host, hostsim::EffectInstance& instance);
 
 // Writes the picture as an 8-bit image with straight alpha, every pixel repeated `zoom` times
 // in both directions (zoom >= 1). The format follows the file name. Throws Failure.

@@ -296,6 +296,8 @@ class HostsimBackend final : public RenderBackend {
     return ImageFrom(result.output);
   }
 
+  CurveGraphPicture CurveGraph() override { return DrawCurveGraph(host_, *instance_); }
+
  private:
   static void Check(const std::string& what, PF_Err err) {
     if (err != PF_Err_NONE) throw Failure(what + " failed with error " + std::to_string(err));

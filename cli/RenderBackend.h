@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "cli/ControlOptions.h"
+#include "cli/CurveGraphPicture.h"
 #include "cli/ModuleInfo.h"
 #include "cli/Pixels.h"
 
@@ -51,6 +52,9 @@ class RenderBackend {
   // Renders one frame; the result has the request's size (the region's, when
   // given). Safe to call from several threads at once. Throws Failure.
   virtual ArgbImage Render(const FrameRequest& request) = 0;
+  // The "Curve Graph" control as the effect draws it for the controls as set. Throws Failure
+  // (also when the host does not show the control).
+  virtual CurveGraphPicture CurveGraph() = 0;
 };
 
 // Loads the module at `modulePath` into the simulated host of `profile`.

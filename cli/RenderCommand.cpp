@@ -106,25 +106,7 @@ void RenderCommand::AddControlOptions() {
                      loadError_);
     return;
   }
-  for (const ControlDescription& control : backend_->Info().controls) {
-    const bool layer = control.type == ControlType::Layer;
-    if (!IsValueControl(control) && !layer) continue;
-    const std::string name = KebabCase(control.name);
-    CLI::Option* option =
-        command_->add_option("--" + name, controlText_[name], DescribeControl(control));
-    option->group("Controls");
-    if (layer) {
-      option->option_text("FILE");
-    } else if (control.type == ControlType::Popup) {
-      option->option_text("ITEM");
-    } else if (control.type == ControlType::Checkbox) {
-      option->option_text("on|off");
-    } else if (control.type == ControlType::Angle) {
-      option->option_text("DEG");
-    } else {
-      option->option_text(control.percent ? "PCT" : "X");
-    }
-  }
+  controls_.AddTo(*command_, backend_->Info().controls, true);
 }
 
 RenderOptions RenderCommand::BuildOptions() const {
@@ -138,17 +120,8 @@ RenderOptions RenderCommand::BuildOptions() const {
   if (!frames_.empty()) options.frames = ParseFrameRange(frames_);
   options.jobs = jobs_ > 0 ? jobs_ : int(std::max(1u, std::thread::hardware_concurrency()));
   options.overwrite = overwrite_;
-  for (const ControlDescription& control : backend_->Info().controls) {
-    const std::string name = KebabCase(control.name);
-    const CLI::Option* option = command_->get_option_no_throw("--" + name);
-    if (option == nullptr || option->count() == 0) continue;
-    const std::string& text = controlText_.at(name);
-    if (control.type == ControlType::Layer) {
-      options.intensitySource = FramePattern(text);
-    } else {
-      options.controls.push_back(ParseControlSetting(control, text));
-    }
-  }
+  if (const auto layer = controls_.LayerText()) options.intensitySource = FramePattern(*layer);
+  options.controls = controls_.Settings();
   return options;
 }
 

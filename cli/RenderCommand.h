@@ -1,11 +1,11 @@
 // `morvane render IN OUT [options]`.
 #pragma once
 
-#include <map>
 #include <memory>
 #include <string>
 
 #include "cli/Command.h"
+#include "cli/ControlOptionSet.h"
 #include "cli/FrameRenderer.h"
 
 namespace morvane::cli {
@@ -19,9 +19,6 @@ class RenderCommand final : public Command {
 
   CLI::App& Subcommand() override { return *command_; }
   int Run(const CommandStreams& streams) override;
-
-  bool HasModule() const { return backend_ != nullptr; }
-  const std::string& loadError() const { return loadError_; }
 
  private:
   void AddControlOptions();
@@ -40,7 +37,7 @@ class RenderCommand final : public Command {
   int downsample_ = 1;
   int jobs_ = 0;
   bool overwrite_ = false;
-  std::map<std::string, std::string> controlText_;  // option name -> text as given
+  ControlOptionSet controls_;
 };
 
 }  // namespace morvane::cli

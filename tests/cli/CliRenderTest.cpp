@@ -334,13 +334,16 @@ INSTANTIATE_TEST_SUITE_P(Cases, Morvane, ::testing::Values(
          -1, 0},
     Case{"CurveGraphInPremiere", "curve-graph @g.png --host premiere --stretch-curve 'Sine Wave' "
          "--curve-phase 450 --curve-smoothness 3.5", 0, {"(50 x 50)"}, {"g.png"}, {}, {}, -1, 9},
+    Case{"CurveGraphInRendersWords", "curve-graph @graph.png --stretch-curve sine-wave "
+         "--curve-phase 45 --curve-smoothness 2 --zoom 4", 0, {"(200 x 200)"}, {"graph.png"}},
     Case{"CurveGraphZoomZero", "curve-graph @g.png --zoom 0", 2, {"--zoom"}},
-    Case{"CurveGraphUnknownCurve", "curve-graph @g.png --stretch-curve Zigzag", 2, {"\"Zigzag\""}},
+    Case{"CurveGraphUnknownCurve", "curve-graph @g.png --stretch-curve Zigzag", 2,
+         {"--stretch-curve: \"Stretch Curve\"", "'Zigzag'", "exp-up, exp-down"}},
     Case{"CurveGraphOutOfRange", "curve-graph @g.png --curve-smoothness 17", 2,
          {"\"Curve Smoothness\""}},
     Case{"CurveGraphInAnOlderHost", "curve-graph @g.png --host ae-13.8", 1, {"curve graph"}},
     Case{"CurveGraphUnknownFormat", "curve-graph @g.xyz", 1, {"'@g.xyz'", "no writer"}},
-    Case{"CurveGraphMissingModule", "curve-graph @g.png --module @none.so", 1, {"module @none.so"}},
+    Case{"CurveGraphMissingModule", "curve-graph @g.png --module @none.so", 1, {"module '@none.so'"}},
     Case{"AeAt8", kOut + "--host ae --jobs 1 --module {module}" + kLookArgs, 0, {}, {"out.png"},
          Render{"{in}", k8, k8, Look}},
     Case{"AeAt16", "render @in16.png @out.png" + kLookArgs, 0, {}, {"out.png"},
