@@ -64,40 +64,40 @@ Channel EffectValueToFile(Channel v) {
 // Channel positions: file RGBA index i holds effect channel kFileToArgb[i].
 constexpr int kFileToArgb[4] = {1, 2, 3, 0};
 
+// Every pixel of `from` into a new image of `depth`, channel kFileToArgb[c] on the effect's side
+// of channel c on the file's side, each value converted by `convert`.
+template <bool kToEffect, typename Convert>
+AnyPixels Reordered(const AnyPixels& from, Depth depth, int32_t width, int32_t height,
+                    Convert convert) {
+  AnyPixels out = MakePixels(depth, width, height);
+  std::visit(
+      [&](const auto& src, auto& dst) {
+        using To = typename std::decay_t<decltype(dst.values)>::value_type;
+        const std::size_t count = src.values.size() / 4;
+        for (std::size_t p = 0; p < count; ++p) {
+          for (int c = 0; c < 4; ++c) {
+            const std::size_t file = 4 * p + c, effect = 4 * p + kFileToArgb[c];
+            dst.values[kToEffect ? effect : file] =
+                convert.template operator()<To>(src.values[kToEffect ? file : effect]);
+          }
+        }
+      },
+      from, out);
+  return out;
+}
+
 }  // namespace
 
 ArgbImage FileToEffect(const FileImage& file, Depth depth) {
-  AnyPixels out = MakePixels(depth, file.width(), file.height());
-  std::visit(
-      [](const auto& src, auto& dst) {
-        using To = typename std::decay_t<decltype(dst.values)>::value_type;
-        const std::size_t count = src.values.size() / 4;
-        for (std::size_t p = 0; p < count; ++p) {
-          for (int c = 0; c < 4; ++c) {
-            dst.values[4 * p + kFileToArgb[c]] =
-                ConvertChannel<To>(FileValueToEffect(src.values[4 * p + c]));
-          }
-        }
-      },
-      file.pixels, out);
-  return ArgbImage{std::move(out)};
+  return ArgbImage{Reordered<true>(
+      file.pixels, depth, file.width(), file.height(),
+      []<typename To>(auto value) { return ConvertChannel<To>(FileValueToEffect(value)); })};
 }
 
 FileImage EffectToFile(const ArgbImage& image, Depth fileDepth) {
-  AnyPixels out = MakePixels(fileDepth, image.width(), image.height());
-  std::visit(
-      [](const auto& src, auto& dst) {
-        using To = typename std::decay_t<decltype(dst.values)>::value_type;
-        const std::size_t count = src.values.size() / 4;
-        for (std::size_t p = 0; p < count; ++p) {
-          for (int c = 0; c < 4; ++c) {
-            dst.values[4 * p + c] =
-                EffectValueToFile(ConvertChannel<To>(src.values[4 * p + kFileToArgb[c]]));
-          }
-        }
-      },
-      image.pixels, out);
-  return FileImage{std::move(out)};
+  return FileImage{Reordered<false>(
+      image.pixels, fileDepth, image.width(), image.height(),
+      []<typename To>(auto value) { return EffectValueToFile(ConvertChannel<To>(value)); })};
 }
 
 }  // namespace morvane::cli

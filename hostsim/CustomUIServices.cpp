@@ -4,6 +4,7 @@
 #include <deque>
 #include <mutex>
 
+#include "hostsim/CallbackEntry.h"
 #include "hostsim/CustomUI.h"
 
 namespace hostsim {
@@ -34,19 +35,7 @@ std::string DrawFn(const char* suite, int32_t version, const char* member) {
 
 }  // namespace
 
-struct CustomUIServices {
-  static Host& Active() {
-    Host* host = Host::Active();
-    if (host == nullptr) throw std::logic_error("hostsim: a drawing suite called with no host");
-    return *host;
-  }
-
-  static std::optional<int32_t> Enter(const std::string& function) {
-    Host& host = Active();
-    host.Calls().Record(function);
-    return host.Faults().Strike(function);
-  }
-
+struct CustomUIServices : CallbackEntry {
   static void Problem(const std::string& text) { Active().NoteProblem(text); }
 
   // --- "PF Effect Custom UI Suite" 1 -------------------------------------------------------

@@ -47,7 +47,7 @@ Host::Host(HostProfile profile) : profile_(std::move(profile)) {
   }
   InstallHostServices(*this);
   InstallRenderServices(*this);
-  InstallCustomUIServices(*this);  // drawing suites and events, over the basic ones
+  InstallCustomUIServices(*this);  // the drawing suites and events
 }
 
 Host::~Host() {
@@ -307,11 +307,6 @@ PixelFormatLog Host::PixelFormats() const {
 ParamList Host::Params() const {
   const std::lock_guard lock(mutex_);
   return params_;
-}
-
-DrawingLog Host::Drawing() const {
-  const std::lock_guard lock(mutex_);
-  return drawing_;
 }
 
 SessionReport Host::Report() const {

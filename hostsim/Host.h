@@ -140,21 +140,6 @@ struct ParamList {
   std::vector<UiUpdate> uiUpdates;  // PF_UpdateParamUI calls
 };
 
-// What the effect did through the drawing suites.
-struct DrawingLog {
-  int drawingReferences = 0;
-  struct Image {
-    int width, height, rowBytes;
-    DRAWBOT_PixelLayout layout;
-  };
-  std::vector<Image> images;
-  struct Draw {
-    float x, y, alpha;
-  };
-  std::vector<Draw> draws;
-  int releasedObjects = 0;
-};
-
 // One effect instance as the host keeps it.
 class EffectInstance {
  public:
@@ -235,7 +220,6 @@ class Host {
   const GlobalSetupRecord& Global() const { return global_; }
   PixelFormatLog PixelFormats() const;
   ParamList Params() const;
-  DrawingLog Drawing() const;
 
   // --- Controls of an instance (after ParamsSetup) -------------------------------------
   // Values in the units a user sees: popups as 1-based item numbers, angles in
@@ -329,7 +313,6 @@ class Host {
   std::deque<EffectInstance> instances_;  // stable addresses: each is an effect_ref
   PixelFormatLog pixelFormats_;
   ParamList params_;
-  DrawingLog drawing_;
   std::vector<std::string> problems_;
   int paramCheckouts_ = 0;
   int pixelCheckouts_ = 0;  // smart-render layer checkouts not yet checked in

@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "hostsim/CallbackEntry.h"
 #include "hostsim/Host.h"
 
 namespace hostsim {
@@ -20,23 +21,7 @@ namespace {
 constexpr SPErr kOk = 0;
 }  // namespace
 
-struct HostServices {
-  static Host& Active() {
-    Host* host = Host::Active();
-    if (host == nullptr) {
-      std::fprintf(stderr, "hostsim: a host callback was called with no active host\n");
-      std::abort();
-    }
-    return *host;
-  }
-
-  // Records the call; the injected error, if any. Throwing faults throw here.
-  static std::optional<int32_t> Enter(const std::string& function) {
-    Host& host = Active();
-    host.calls_.Record(function);
-    return host.faults_.Strike(function);
-  }
-
+struct HostServices : CallbackEntry {
   static void CheckRef(PF_ProgPtr ref, const char* function) {
     Host& host = Active();
     const auto* raw = reinterpret_cast<const char*>(ref);
@@ -120,31 +105,21 @@ struct HostServices {
     return SuiteFunction(kPFHandleSuite, kPFHandleSuiteVersion1, member);
   }
 
-  static PF_Handle UtilsNewHandle(A_u_longlong size) {
-    return NewHandle(Utils("host_new_handle"), size);
-  }
-  static void* UtilsLockHandle(PF_Handle h) { return LockHandle(Utils("host_lock_handle"), h); }
-  static void UtilsUnlockHandle(PF_Handle h) { UnlockHandle(Utils("host_unlock_handle"), h); }
-  static void UtilsDisposeHandle(PF_Handle h) { DisposeHandle(Utils("host_dispose_handle"), h); }
-  static A_u_longlong UtilsHandleSize(PF_Handle h) {
-    return HandleSize(Utils("host_get_handle_size"), h);
-  }
-  static PF_Err UtilsResizeHandle(A_u_longlong size, PF_Handle* h) {
-    return ResizeHandle(Utils("host_resize_handle"), size, h);
-  }
-
-  static PF_Handle SuiteNewHandle(A_HandleSize size) {
-    return NewHandle(HandleFn("host_new_handle"), size);
-  }
-  static void* SuiteLockHandle(PF_Handle h) { return LockHandle(HandleFn("host_lock_handle"), h); }
-  static void SuiteUnlockHandle(PF_Handle h) { UnlockHandle(HandleFn("host_unlock_handle"), h); }
-  static void SuiteDisposeHandle(PF_Handle h) { DisposeHandle(HandleFn("host_dispose_handle"), h); }
-  static A_HandleSize SuiteHandleSize(PF_Handle h) {
-    return HandleSize(HandleFn("host_get_handle_size"), h);
-  }
-  static PF_Err SuiteResizeHandle(A_HandleSize size, PF_Handle* h) {
-    return ResizeHandle(HandleFn("host_resize_handle"), size, h);
-  }
+  // The handle functions, served twice under their own names: as utility callbacks and as the
+  // handle suite.
+  template <std::string (*Name)(const char*)>
+  struct Handles {
+    static PF_Handle New(A_HandleSize size) { return NewHandle(Name("host_new_handle"), size); }
+    static void* Lock(PF_Handle h) { return LockHandle(Name("host_lock_handle"), h); }
+    static void Unlock(PF_Handle h) { UnlockHandle(Name("host_unlock_handle"), h); }
+    static void Dispose(PF_Handle h) { DisposeHandle(Name("host_dispose_handle"), h); }
+    static A_HandleSize Size(PF_Handle h) { return HandleSize(Name("host_get_handle_size"), h); }
+    static PF_Err Resize(A_HandleSize size, PF_Handle* h) {
+      return ResizeHandle(Name("host_resize_handle"), size, h);
+    }
+  };
+  using UtilsHandles = Handles<&Utils>;
+  using SuiteHandles = Handles<&HandleFn>;
 
   // --- String callbacks ------------------------------------------------------------
 
@@ -376,136 +351,40 @@ struct HostServices {
     return PF_Err_NONE;
   }
 
-  // Drawing references are tokens: the effect only hands them back.
-  static inline char drawToken_ = 0;
-  static inline char supplierToken_ = 0;
-  static inline char surfaceToken_ = 0;
-  static inline char imageToken_ = 0;
-
-  static PF_Err GetDrawingReference(const PF_ContextH /*context*/, DRAWBOT_DrawRef* ref) {
-    if (const auto err = Enter(SuiteFunction(kPFEffectCustomUISuite, kPFEffectCustomUISuiteVersion1,
-                                             "PF_GetDrawingReference"))) {
-      return *err;
-    }
-    Host& host = Active();
-    const std::lock_guard lock(host.mutex_);
-    ++host.drawing_.drawingReferences;
-    *ref = reinterpret_cast<DRAWBOT_DrawRef>(&drawToken_);
-    return PF_Err_NONE;
-  }
-
-  static std::string DrawFn(const char* suite, int32_t version, const char* member) {
-    return SuiteFunction(suite, version, member);
-  }
-
-  static SPErr GetSupplier(DRAWBOT_DrawRef, DRAWBOT_SupplierRef* out) {
-    if (const auto err =
-            Enter(DrawFn(kDRAWBOT_DrawSuite, kDRAWBOT_DrawSuite_Version1, "GetSupplier"))) {
-      return *err;
-    }
-    *out = reinterpret_cast<DRAWBOT_SupplierRef>(&supplierToken_);
-    return kOk;
-  }
-
-  static SPErr GetSurface(DRAWBOT_DrawRef, DRAWBOT_SurfaceRef* out) {
-    if (const auto err =
-            Enter(DrawFn(kDRAWBOT_DrawSuite, kDRAWBOT_DrawSuite_Version1, "GetSurface"))) {
-      return *err;
-    }
-    *out = reinterpret_cast<DRAWBOT_SurfaceRef>(&surfaceToken_);
-    return kOk;
-  }
-
-  static SPErr NewImageFromBuffer(DRAWBOT_SupplierRef, int width, int height, int rowBytes,
-                                  DRAWBOT_PixelLayout layout, const void* /*data*/,
-                                  DRAWBOT_ImageRef* out) {
-    if (const auto err = Enter(DrawFn(kDRAWBOT_SupplierSuite, kDRAWBOT_SupplierSuite_Version1,
-                                      "NewImageFromBuffer"))) {
-      return *err;
-    }
-    Host& host = Active();
-    const std::lock_guard lock(host.mutex_);
-    host.drawing_.images.push_back({width, height, rowBytes, layout});
-    *out = reinterpret_cast<DRAWBOT_ImageRef>(&imageToken_);
-    return kOk;
-  }
-
-  static SPErr ReleaseObject(DRAWBOT_ObjectRef) {
-    if (const auto err = Enter(
-            DrawFn(kDRAWBOT_SupplierSuite, kDRAWBOT_SupplierSuite_Version1, "ReleaseObject"))) {
-      return *err;
-    }
-    Host& host = Active();
-    const std::lock_guard lock(host.mutex_);
-    ++host.drawing_.releasedObjects;
-    return kOk;
-  }
-
-  static SPErr DrawImage(DRAWBOT_SurfaceRef, DRAWBOT_ImageRef, const DRAWBOT_PointF32* origin,
-                         float alpha) {
-    if (const auto err =
-            Enter(DrawFn(kDRAWBOT_SurfaceSuite, kDRAWBOT_SurfaceSuite_Version2, "DrawImage"))) {
-      return *err;
-    }
-    Host& host = Active();
-    const std::lock_guard lock(host.mutex_);
-    host.drawing_.draws.push_back(
-        {origin != nullptr ? origin->x : 0.0f, origin != nullptr ? origin->y : 0.0f, alpha});
-    return kOk;
-  }
-
   // --- Tables ------------------------------------------------------------------------
 
-  static constexpr PF_HandleSuite1 kHandleSuite{SuiteNewHandle,    SuiteLockHandle,
-                                                SuiteUnlockHandle, SuiteDisposeHandle,
-                                                SuiteHandleSize,   SuiteResizeHandle};
+  static constexpr PF_HandleSuite1 kHandleSuite{SuiteHandles::New,    SuiteHandles::Lock,
+                                                SuiteHandles::Unlock, SuiteHandles::Dispose,
+                                                SuiteHandles::Size,   SuiteHandles::Resize};
   static constexpr PF_WorldSuite2 kWorldSuite{NewWorld, DisposeWorld, AeGetPixelFormat};
-  static constexpr PF_PixelFormatSuite1 kPixelFormatSuite{AddSupportedPixelFormat,
-                                                          ClearSupportedPixelFormats,
-                                                          nullptr,
-                                                          nullptr,
-                                                          PremiereGetPixelFormat,
-                                                          nullptr,
-                                                          nullptr,
-                                                          nullptr};
-  static constexpr PF_UtilitySuite4 kUtilitySuite{
-      nullptr,
-      nullptr,
-      nullptr,
-      nullptr,
-      nullptr,
-      nullptr,
-      nullptr,
-      nullptr,
-      nullptr,
-      nullptr,
-      nullptr,
-      nullptr,
-      EffectWantsCheckedOutFramesToMatchRenderPixelFormat};
+  // Only the functions the effect may call; the rest stay null, as a host's unused entries.
+  static constexpr PF_PixelFormatSuite1 kPixelFormatSuite = [] {
+    PF_PixelFormatSuite1 suite{};
+    suite.AddSupportedPixelFormat = AddSupportedPixelFormat;
+    suite.ClearSupportedPixelFormats = ClearSupportedPixelFormats;
+    suite.GetPixelFormat = PremiereGetPixelFormat;
+    return suite;
+  }();
+  static constexpr PF_UtilitySuite4 kUtilitySuite = [] {
+    PF_UtilitySuite4 suite{};
+    suite.EffectWantsCheckedOutFramesToMatchRenderPixelFormat =
+        EffectWantsCheckedOutFramesToMatchRenderPixelFormat;
+    return suite;
+  }();
   static constexpr PF_ParamUtilsSuite3 kParamUtilsSuite{
       UpdateParamUI, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr};
-  static constexpr PF_EffectCustomUISuite1 kCustomUISuite{GetDrawingReference};
-  static constexpr DRAWBOT_DrawbotSuite1 kDrawSuite{GetSupplier, GetSurface};
-  static constexpr DRAWBOT_SupplierSuite1 kSupplierSuite{
-      nullptr, nullptr, nullptr, nullptr, nullptr, NewImageFromBuffer, nullptr,
-      nullptr, nullptr, nullptr, nullptr, nullptr, ReleaseObject};
-  static constexpr DRAWBOT_SurfaceSuite2 kSurfaceSuite{
-      nullptr, nullptr,   nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-      nullptr, DrawImage, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr};
-  static constexpr DRAWBOT_PathSuite1 kPathSuite{nullptr, nullptr, nullptr,
-                                                 nullptr, nullptr, nullptr};
 
   static void Install(Host& host) {
     host.basic_ = SPBasicSuite{AcquireSuite, ReleaseSuite,    IsEqual,  AllocateBlock,
                                FreeBlock,    ReallocateBlock, Undefined};
 
     PF_UtilCallbacks& u = host.utils_;
-    u.host_new_handle = UtilsNewHandle;
-    u.host_lock_handle = UtilsLockHandle;
-    u.host_unlock_handle = UtilsUnlockHandle;
-    u.host_dispose_handle = UtilsDisposeHandle;
-    u.host_get_handle_size = UtilsHandleSize;
-    u.host_resize_handle = UtilsResizeHandle;
+    u.host_new_handle = UtilsHandles::New;
+    u.host_lock_handle = UtilsHandles::Lock;
+    u.host_unlock_handle = UtilsHandles::Unlock;
+    u.host_dispose_handle = UtilsHandles::Dispose;
+    u.host_get_handle_size = UtilsHandles::Size;
+    u.host_resize_handle = UtilsHandles::Resize;
     u.ansi.sprintf = Sprintf;
     u.ansi.strcpy = Strcpy;
     host.iterateGeneric_ = IterateGeneric;  // served once SetRenderThreads asks for threads
@@ -522,11 +401,6 @@ struct HostServices {
     s.Register(kPFHandleSuite, kPFHandleSuiteVersion1, &kHandleSuite);
     s.Register(kPFWorldSuite, kPFWorldSuiteVersion2, &kWorldSuite);
     s.Register(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion3, &kParamUtilsSuite);
-    s.Register(kPFEffectCustomUISuite, kPFEffectCustomUISuiteVersion1, &kCustomUISuite);
-    s.Register(kDRAWBOT_DrawSuite, kDRAWBOT_DrawSuite_Version1, &kDrawSuite);
-    s.Register(kDRAWBOT_SupplierSuite, kDRAWBOT_SupplierSuite_Version1, &kSupplierSuite);
-    s.Register(kDRAWBOT_SurfaceSuite, kDRAWBOT_SurfaceSuite_Version2, &kSurfaceSuite);
-    s.Register(kDRAWBOT_PathSuite, kDRAWBOT_PathSuite_Version1, &kPathSuite);
     // The pixel-format suite version 1 and the utility suite are Premiere's.
     if (host.profile_.IsPremiere()) {
       s.Register(kPFPixelFormatSuite, kPFPixelFormatSuiteVersion1, &kPixelFormatSuite);

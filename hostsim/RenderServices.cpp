@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 
+#include "hostsim/CallbackEntry.h"
 #include "hostsim/FrameContext.h"
 #include "hostsim/Host.h"
 
@@ -35,22 +36,7 @@ PF_LRect Bounds(const PF_EffectWorld& world) {
 
 }  // namespace
 
-struct RenderServices {
-  static Host& Active() {
-    Host* host = Host::Active();
-    if (host == nullptr) {
-      std::fprintf(stderr, "hostsim: a host callback was called with no active host\n");
-      std::abort();
-    }
-    return *host;
-  }
-
-  static std::optional<int32_t> Enter(const std::string& function) {
-    Host& host = Active();
-    host.calls_.Record(function);
-    return host.faults_.Strike(function);
-  }
-
+struct RenderServices : CallbackEntry {
   // Caller holds the host's mutex.
   static EffectInstance* InstanceOf(Host& host, PF_ProgPtr ref) {
     for (EffectInstance& instance : host.instances_) {

@@ -1,29 +1,41 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the project needs. Idempotent; run as root.
-# With --bench, also OpenCV, which only the benchmark uses (as the cv::remap peer).
+# Installs the Debian packages the project needs. Idempotent; run as root (or with sudo).
+# Usage: scripts/install-deps.sh [--bench] [--windows] [--wine]
+#   --bench    OpenCV, which only the benchmark uses (as the cv::remap peer)
+#   --windows  the MinGW-w64 cross compiler for the Windows module
+#   --wine     Wine, to run the Windows module's checks
 set -euo pipefail
 
 packages=(
-  build-essential cmake ninja-build pkg-config git
+  build-essential cmake ninja-build pkg-config git python3
   googletest libgtest-dev libgmock-dev libbenchmark-dev
   libopenimageio-dev openimageio-tools libcli11-dev
   clang clang-format libclang-rt-14-dev
   frei0r-plugins-dev ffmpeg melt
 )
-if [ "${1:-}" = "--bench" ]; then packages+=(libopencv-dev); fi
+for option in "$@"; do
+  case "$option" in
+    --bench) packages+=(libopencv-dev) ;;
+    --windows) packages+=(g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64) ;;
+    --wine) packages+=(wine64) ;;
+    *)
+      echo "usage: scripts/install-deps.sh [--bench] [--windows] [--wine]" >&2
+      exit 2
+      ;;
+  esac
+done
 
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
 done
+if [ ${#missing[@]} -eq 0 ]; then
+  echo "All the packages needed are installed."
+  exit 0
+fi
 
 SUDO=""
 if [ "$(id -u)" -ne 0 ]; then SUDO="sudo"; fi
-
+echo "Installing: ${missing[*]}"
 $SUDO apt-get update -qq
-if [ ${#missing[@]} -gt 0 ]; then
-  echo "Installing: ${missing[*]}"
-  DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
-else
-  echo "All build dependencies are installed."
-fi
+DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
