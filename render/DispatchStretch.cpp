@@ -188,20 +188,6 @@ PF_Err RenderBand(void* refcon, A_long threadIndex, A_long i, A_long /*iteration
 }  // namespace
 
 template <PixelDepth Depth>
-void DispatchStretch(const PF_EffectWorld& input, PF_EffectWorld& output,
-                     StretchRenderRecord record, float scale) {
-  if (input.data == nullptr || output.data == nullptr) return;
-  const FramePlan<Depth> plan = PlanFrame<Depth>(input, output, record);
-  // The kernel takes the record by value: every call gets a fresh copy of this frame's values.
-  for (int32_t k = 0; k < plan.kernelCount; ++k) {
-    SelectStretchKernel<Depth>(plan.origin, plan.variants[k])(
-        plan.out.data, plan.out.stride, plan.in.data, plan.in.stride, plan.width, plan.height,
-        record, scale, plan.layerPixels, plan.layerWidth, plan.layerHeight, plan.layerStride,
-        plan.originX, plan.originY);
-  }
-}
-
-template <PixelDepth Depth>
 PF_Err DispatchStretchInBands(const PF_EffectWorld& input, PF_EffectWorld& output,
                               StretchRenderRecord record, float scale, const HostBandRunner& host) {
   if (input.data == nullptr || output.data == nullptr) return PF_Err_NONE;
@@ -240,12 +226,6 @@ PF_Err DispatchStretchInBands(const PF_EffectWorld& input, PF_EffectWorld& outpu
   return result;
 }
 
-template void DispatchStretch<PixelDepth::Depth8>(const PF_EffectWorld&, PF_EffectWorld&,
-                                                  StretchRenderRecord, float);
-template void DispatchStretch<PixelDepth::Depth16>(const PF_EffectWorld&, PF_EffectWorld&,
-                                                   StretchRenderRecord, float);
-template void DispatchStretch<PixelDepth::Depth32f>(const PF_EffectWorld&, PF_EffectWorld&,
-                                                    StretchRenderRecord, float);
 template PF_Err DispatchStretchInBands<PixelDepth::Depth8>(const PF_EffectWorld&, PF_EffectWorld&,
                                                            StretchRenderRecord, float,
                                                            const HostBandRunner&);
@@ -255,22 +235,6 @@ template PF_Err DispatchStretchInBands<PixelDepth::Depth16>(const PF_EffectWorld
 template PF_Err DispatchStretchInBands<PixelDepth::Depth32f>(const PF_EffectWorld&, PF_EffectWorld&,
                                                              StretchRenderRecord, float,
                                                              const HostBandRunner&);
-
-void DispatchStretchForDepth(PixelDepth depth, const PF_EffectWorld& input, PF_EffectWorld& output,
-                             const StretchRenderRecord& record, float scale) {
-  switch (depth) {
-    case PixelDepth::Depth8:
-      DispatchStretch<PixelDepth::Depth8>(input, output, record, scale);
-      return;
-    case PixelDepth::Depth16:
-      DispatchStretch<PixelDepth::Depth16>(input, output, record, scale);
-      return;
-    case PixelDepth::Depth32f:
-      DispatchStretch<PixelDepth::Depth32f>(input, output, record, scale);
-      return;
-  }
-  throw std::logic_error("DispatchStretchForDepth: unknown pixel depth");
-}
 
 PF_Err DispatchStretchInBandsForDepth(PixelDepth depth, const PF_EffectWorld& input,
                                       PF_EffectWorld& output, const StretchRenderRecord& record,
@@ -284,6 +248,26 @@ PF_Err DispatchStretchInBandsForDepth(PixelDepth depth, const PF_EffectWorld& in
       return DispatchStretchInBands<PixelDepth::Depth32f>(input, output, record, scale, host);
   }
   throw std::logic_error("DispatchStretchInBandsForDepth: unknown pixel depth");
+}
+
+// The single call is the banded render with a host that has no threads and never cancels: every
+// band in place, in order.
+template <PixelDepth Depth>
+void DispatchStretch(const PF_EffectWorld& input, PF_EffectWorld& output,
+                     StretchRenderRecord record, float scale) {
+  DispatchStretchInBands<Depth>(input, output, record, scale, HostBandRunner{});
+}
+
+template void DispatchStretch<PixelDepth::Depth8>(const PF_EffectWorld&, PF_EffectWorld&,
+                                                  StretchRenderRecord, float);
+template void DispatchStretch<PixelDepth::Depth16>(const PF_EffectWorld&, PF_EffectWorld&,
+                                                   StretchRenderRecord, float);
+template void DispatchStretch<PixelDepth::Depth32f>(const PF_EffectWorld&, PF_EffectWorld&,
+                                                    StretchRenderRecord, float);
+
+void DispatchStretchForDepth(PixelDepth depth, const PF_EffectWorld& input, PF_EffectWorld& output,
+                             const StretchRenderRecord& record, float scale) {
+  DispatchStretchInBandsForDepth(depth, input, output, record, scale, HostBandRunner{});
 }
 
 }  // namespace morvane

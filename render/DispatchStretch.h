@@ -9,13 +9,15 @@ namespace morvane {
 
 // Renders `output` from `input` at one pixel depth: copies the input where the "Channels" mode
 // leaves channels untouched (everything when "Morvane Intensity" is 0), picks SelfIntensity or
-// LayerIntensity from the record's intensity layer, and calls the mode's kernels in order, each
-// with a fresh copy of `record`. Reports nothing. Instantiated for the three depths.
+// LayerIntensity from the record's intensity layer, and runs the mode's kernels in order, each
+// prepared from a fresh copy of `record`. DispatchStretchInBands on the calling thread, with no
+// host to cancel it. Reports nothing. Instantiated for the three depths.
 template <PixelDepth Depth>
 void DispatchStretch(const PF_EffectWorld& input, PF_EffectWorld& output,
                      StretchRenderRecord record, float scale);
 
-// The one run-time switch on depth; throws std::logic_error for a depth outside PixelDepth.
+// DispatchStretch chosen by depth at run time; throws std::logic_error for a depth outside
+// PixelDepth.
 void DispatchStretchForDepth(PixelDepth depth, const PF_EffectWorld& input, PF_EffectWorld& output,
                              const StretchRenderRecord& record, float scale);
 
@@ -60,8 +62,8 @@ template <PixelDepth Depth>
 PF_Err DispatchStretchInBands(const PF_EffectWorld& input, PF_EffectWorld& output,
                               StretchRenderRecord record, float scale, const HostBandRunner& host);
 
-// The run-time switch on depth for DispatchStretchInBands; throws std::logic_error for a depth
-// outside PixelDepth.
+// The one run-time switch on depth, for DispatchStretchInBands; throws std::logic_error for a
+// depth outside PixelDepth.
 PF_Err DispatchStretchInBandsForDepth(PixelDepth depth, const PF_EffectWorld& input,
                                       PF_EffectWorld& output, const StretchRenderRecord& record,
                                       float scale, const HostBandRunner& host);

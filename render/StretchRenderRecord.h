@@ -48,25 +48,4 @@ struct StretchRenderRecord {
   PF_ParamDef intensityLayerParam;  // filled by the single-call render only
 };
 
-// The fourteen values every StretchKernel is called with, in call order, as one
-// plain-data set. `Channel` is the channel element type of the depth (uint8_t,
-// uint16_t or float); strides are counted in channel elements.
-template <typename Channel>
-struct StretchKernelArgs {
-  Channel* dst;
-  int32_t dstStride;
-  const Channel* src;
-  int32_t srcStride;
-  int32_t width;
-  int32_t height;
-  StretchRenderRecord record;
-  float scale;
-  const Channel* layerPixels;
-  int32_t layerWidth;
-  int32_t layerHeight;
-  int32_t layerStride;
-  int32_t originX;
-  int32_t originY;
-};
-
 }  // namespace morvane
