@@ -224,6 +224,7 @@ class HostsimBackend final : public RenderBackend {
     // Like After Effects, the host offers its threads to each frame's render.
     host_.SetRenderThreads(int(std::max(1u, std::thread::hardware_concurrency())));
     FillInfo();
+    info_.path = modulePath.string();
   }
 
   ~HostsimBackend() override {

@@ -67,6 +67,7 @@ void PrintModuleInfo(std::ostream& out, const ModuleInfo& info, HostProfile prof
       << "  category     " << info.category << "\n"
       << "  match name   " << info.matchName << "\n"
       << "  version      " << info.version << "\n"
+      << "  module       " << info.path << "\n"
       << "  flags        " << FlagText(info.outFlags, info.outFlagNames) << "\n"
       << "  flags 2      " << FlagText(info.outFlags2, info.outFlag2Names) << "\n\n"
       << "Controls in host " << HostProfileName(profile) << " (position, disk ID, option)\n";

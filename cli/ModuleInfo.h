@@ -25,6 +25,7 @@ struct ControlDescription {
 };
 
 struct ModuleInfo {
+  std::string path;  // the module file loaded
   std::string name;
   std::string category;
   std::string matchName;

@@ -17,8 +17,12 @@ fs::path LocateModule(const std::optional<std::string>& option) {
   std::error_code ec;
   const fs::path self = fs::read_symlink("/proc/self/exe", ec);
   if (!ec) {
-    const fs::path beside = self.parent_path() / "Morvane.so";
-    if (fs::exists(beside, ec)) return beside;
+    // Beside the program, or where the package installs it (<prefix>/lib/morvane).
+    for (const fs::path& candidate :
+         {self.parent_path() / "Morvane.so",
+          self.parent_path().parent_path() / "lib/morvane/Morvane.so"}) {
+      if (fs::exists(candidate, ec)) return candidate;
+    }
   }
   return MORVANE_MODULE_BUILD_PATH;
 }

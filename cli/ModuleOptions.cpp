@@ -9,7 +9,7 @@ void ModuleOptions::AddTo(CLI::App& command) {
   command
       .add_option("--module", module,
                   "The effect module to load (default: $MORVANE_MODULE, else Morvane.so next "
-                  "to this program, else the module built with it)")
+                  "to this program or in ../lib/morvane from it, else the module built with it)")
       ->option_text("PATH")
       ->group("Host");
   command

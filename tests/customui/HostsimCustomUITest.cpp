@@ -58,7 +58,7 @@ class HostedControls : public morvane::testing::HostedSession {
       const ParamId id = index == kAtGraph ? ParamId::CurveGraph : ParamId::Header;
       index = host_->PositionOf(*instance_, ToInt(id));
     }
-    const PF_ParamDef& def = host_->Params().params.at(static_cast<std::size_t>(index));
+    const PF_ParamDef def = host_->Params().params.at(static_cast<std::size_t>(index));
     return hostsim::PanelWindow(index, area, def.ui_width, def.ui_height);
   }
 };
