@@ -123,7 +123,6 @@ class EndToEnd : public testing::HostedSession {
     if (host_) Finish();
   }
 
-
   // The record the busy look stands for, as the kernels get it (angles in 16.16 degrees).
   static StretchRenderRecord BusyRecord() {
     StretchRenderRecord r = testing_support::DefaultRecord();

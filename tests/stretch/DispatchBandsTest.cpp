@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <stdexcept>
 #include <atomic>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
@@ -90,8 +90,8 @@ class DispatchBands : public ::testing::Test {
 };
 
 using Depths = ::testing::Types<std::integral_constant<PixelDepth, PixelDepth::Depth8>,
-                              std::integral_constant<PixelDepth, PixelDepth::Depth16>,
-                              std::integral_constant<PixelDepth, PixelDepth::Depth32f>>;
+                                std::integral_constant<PixelDepth, PixelDepth::Depth16>,
+                                std::integral_constant<PixelDepth, PixelDepth::Depth32f>>;
 TYPED_TEST_SUITE(DispatchBands, Depths);
 
 TYPED_TEST(DispatchBands, EveryModeMatchesTheSingleCallWithAnyWorkerCount) {

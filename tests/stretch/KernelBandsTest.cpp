@@ -60,12 +60,11 @@ class KernelBands : public ::testing::Test {
         c.image.height, c.record, 1.0f, layer ? layer->pixels() : nullptr, layer ? layer->width : 0,
         layer ? layer->height : 0, layer ? layer->stride : 0, c.originX, c.originY);
   }
-
 };
 
 using Depths = ::testing::Types<std::integral_constant<PixelDepth, PixelDepth::Depth8>,
-                              std::integral_constant<PixelDepth, PixelDepth::Depth16>,
-                              std::integral_constant<PixelDepth, PixelDepth::Depth32f>>;
+                                std::integral_constant<PixelDepth, PixelDepth::Depth16>,
+                                std::integral_constant<PixelDepth, PixelDepth::Depth32f>>;
 TYPED_TEST_SUITE(KernelBands, Depths);
 
 TYPED_TEST(KernelBands, EveryInstructionSetBuildWritesTheSameBits) {

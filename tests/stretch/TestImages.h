@@ -81,7 +81,6 @@ Image<Depth> RandomImage(int32_t w, int32_t h, uint32_t seed) {
   return img;
 }
 
-
 // Every stretch control drawn at random within the controls' ranges.
 inline StretchRenderRecord RandomRecord(uint32_t seed) {
   std::mt19937 rng(seed);
