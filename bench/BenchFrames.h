@@ -12,6 +12,7 @@
 #include <tuple>
 #include <vector>
 
+#include "params/ControlTable.h"
 #include "render/StretchRenderRecord.h"
 #include "stretch/PixelTraits.h"
 
@@ -107,14 +108,8 @@ Frame<Depth>& CachedFrame(int32_t w, int32_t h, Content content, uint32_t seed) 
 }
 
 inline StretchRenderRecord DefaultSettings(ChannelMode mode) {
-  StretchRenderRecord r{};
+  StretchRenderRecord r = DefaultRecord();
   r.channelMode = static_cast<int32_t>(mode);
-  r.intensity = 100;
-  r.stretchAmount = 1;
-  r.pixelSize = 1;
-  r.distributionRange = 2;
-  r.imageShiftPhaseSync = 1;
-  r.shadingIntervalSize = 10;
   return r;
 }
 

@@ -6,18 +6,11 @@
 #include <system_error>
 
 #include "cli/Errors.h"
+#include "sdk/FixedDegrees.h"
 
 namespace morvane::cli {
 
 namespace {
-
-bool IsAlnum(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
-
-char Lower(char c) {
-  return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 // Shortest text that reads back as `v`; ranges come from single-precision
 // declarations, so they are printed as floats ("0.01", not "0.0099999998").
@@ -91,7 +84,7 @@ double ParseValue(const ControlDescription& control, std::string_view raw) {
       const auto degrees = ParseNumber(text);
       if (!degrees)
         throw UsageError(Prefix(control) + " needs an angle in degrees, not '" + text + "'");
-      const auto fixed = DegreesToFixed(*degrees);
+      const auto fixed = FixedFromDegrees(*degrees);
       if (!fixed) {
         throw UsageError(Prefix(control) + " must be from -32768 to 32767.99998 degrees, got " +
                          text);
@@ -117,33 +110,8 @@ double ParseValue(const ControlDescription& control, std::string_view raw) {
 
 }  // namespace
 
-std::string KebabCase(std::string_view text) {
-  std::string out;
-  bool pendingDash = false;
-  for (const char c : text) {
-    if (c == '(' || c == ')') continue;
-    if (IsAlnum(c)) {
-      if (pendingDash && !out.empty()) out += '-';
-      pendingDash = false;
-      out += Lower(c);
-    } else {
-      pendingDash = true;
-    }
-  }
-  return out;
-}
-
 bool IsValueControl(const ControlDescription& control) {
   return control.type != ControlType::Layer && control.type != ControlType::Custom;
-}
-
-std::optional<int32_t> DegreesToFixed(double degrees) {
-  const double fixed = std::round(degrees * 65536.0);
-  if (!(fixed >= double(std::numeric_limits<int32_t>::min()) &&
-        fixed <= double(std::numeric_limits<int32_t>::max()))) {
-    return std::nullopt;
-  }
-  return static_cast<int32_t>(fixed);
 }
 
 ControlSetting ParseControlSetting(const ControlDescription& control, std::string_view text) {

@@ -12,13 +12,9 @@
 #include <vector>
 
 #include "cli/ModuleInfo.h"
+#include "params/ControlNames.h"
 
 namespace morvane::cli {
-
-// Lower case; runs of anything but letters and digits become one dash;
-// parentheses are dropped ("Shading Channel(s)" -> "shading-channels",
-// "Luma (no Alpha)" -> "luma-no-alpha").
-std::string KebabCase(std::string_view text);
 
 // True for controls a user sets from the command line (not the layer, not the
 // custom-drawn controls).
@@ -41,10 +37,6 @@ struct ControlSetting {
   std::vector<Keyframe> keys;
   bool operator==(const ControlSetting&) const = default;
 };
-
-// Degrees to 16.16 fixed point, rounded half away from zero; nullopt when the
-// result does not fit 32 bits.
-std::optional<int32_t> DegreesToFixed(double degrees);
 
 // Parses `text` for `control`: a value, or FRAME:VALUE,FRAME:VALUE,... with
 // strictly increasing frames. Throws UsageError naming the option, the control

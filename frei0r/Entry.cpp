@@ -41,20 +41,22 @@ class Instance {
 };
 
 bool ValidIndex(int index) {
-  return index >= 0 && index < kFreiParamCount;
+  return index >= 0 && static_cast<std::size_t>(index) < FreiControls().size();
 }
 
-int FreiType(FreiKind kind) {
+const FreiControl& At(int index) {
+  return FreiControls()[static_cast<std::size_t>(index)];
+}
+
+int FreiType(ControlKind kind) {
   switch (kind) {
-    case FreiKind::Popup:
+    case ControlKind::Popup:
       return F0R_PARAM_STRING;
-    case FreiKind::Checkbox:
+    case ControlKind::Checkbox:
       return F0R_PARAM_BOOL;
-    case FreiKind::Slider:
-    case FreiKind::Angle:
-      break;
+    default:
+      return F0R_PARAM_DOUBLE;
   }
-  return F0R_PARAM_DOUBLE;
 }
 
 void Render(f0r_instance_t handle, const uint32_t* input, const uint32_t* layer, uint32_t* output) {
@@ -89,18 +91,15 @@ auto Guarded(const char* entry, Work work) noexcept -> decltype(work()) {
 
 void ReportUnknownItem(const FreiControl& control, const char* text, const char* kept) {
   std::string valid;
-  for (const char* item : control.items)
-    valid += std::string(valid.empty() ? "" : ", ") + item;
+  for (const std::string& item : control.items)
+    valid += (valid.empty() ? "" : ", ") + item;
   std::fprintf(stderr, "morvane: \"%s\" is not an item of %s (%s); keeping %s\n", text,
-               control.name, valid.c_str(), kept);
+               control.control->name, valid.c_str(), kept);
 }
 
 }  // namespace
 }  // namespace morvane::frei0r
 
-using morvane::frei0r::FreiControls;
-using morvane::frei0r::FreiKind;
-using morvane::frei0r::FreiParam;
 using morvane::frei0r::FreiSettings;
 using morvane::frei0r::Guarded;
 using morvane::frei0r::Instance;
@@ -125,7 +124,7 @@ void f0r_get_plugin_info(f0r_plugin_info_t* info) {
     info->frei0r_version = FREI0R_MAJOR_VERSION;
     info->major_version = MORVANE_VERSION_MAJOR;
     info->minor_version = MORVANE_VERSION_MINOR;
-    info->num_params = morvane::frei0r::kFreiParamCount;
+    info->num_params = static_cast<int>(morvane::frei0r::FreiControls().size());
     info->explanation = module.explanation;
   });
 }
@@ -133,10 +132,10 @@ void f0r_get_plugin_info(f0r_plugin_info_t* info) {
 void f0r_get_param_info(f0r_param_info_t* info, int index) {
   Guarded("f0r_get_param_info", [&] {
     if (!morvane::frei0r::ValidIndex(index)) return;
-    const auto& control = FreiControls()[static_cast<std::size_t>(index)];
-    info->name = control.name;
-    info->type = morvane::frei0r::FreiType(control.kind);
-    info->explanation = control.explanation;
+    const auto& control = morvane::frei0r::At(index);
+    info->name = control.control->name;
+    info->type = morvane::frei0r::FreiType(control.control->kind);
+    info->explanation = control.explanation.c_str();
   });
 }
 
@@ -155,17 +154,16 @@ void f0r_set_param_value(f0r_instance_t handle, f0r_param_t param, int index) {
   Guarded("f0r_set_param_value", [&] {
     if (handle == nullptr || param == nullptr || !morvane::frei0r::ValidIndex(index)) return;
     auto& instance = *static_cast<Instance*>(handle);
-    const auto which = static_cast<FreiParam>(index);
-    const auto& control = FreiControls()[static_cast<std::size_t>(index)];
-    if (control.kind != FreiKind::Popup) {
+    const auto& control = morvane::frei0r::At(index);
+    if (control.items.empty()) {
       const double value = *static_cast<const double*>(param);
-      instance.Update([&](FreiSettings& settings) { settings.SetNumber(which, value); });
+      instance.Update([&](FreiSettings& settings) { settings.SetNumber(index, value); });
       return;
     }
     const char* text = *static_cast<const f0r_param_string*>(param);
     if (text == nullptr) return;
-    if (!instance.Update([&](FreiSettings& settings) { return settings.SetItem(which, text); }))
-      morvane::frei0r::ReportUnknownItem(control, text, instance.Settings().Item(which));
+    if (!instance.Update([&](FreiSettings& settings) { return settings.SetItem(index, text); }))
+      morvane::frei0r::ReportUnknownItem(control, text, instance.Settings().Item(index));
   });
 }
 
@@ -173,12 +171,11 @@ void f0r_get_param_value(f0r_instance_t handle, f0r_param_t param, int index) {
   Guarded("f0r_get_param_value", [&] {
     if (handle == nullptr || param == nullptr || !morvane::frei0r::ValidIndex(index)) return;
     const FreiSettings settings = static_cast<const Instance*>(handle)->Settings();
-    const auto which = static_cast<FreiParam>(index);
-    if (FreiControls()[static_cast<std::size_t>(index)].kind == FreiKind::Popup) {
-      // The string is the module's own constant; hosts copy it and never free it.
-      *static_cast<f0r_param_string*>(param) = const_cast<char*>(settings.Item(which));
+    if (const char* item = settings.Item(index)) {
+      // The string is the module's own; hosts copy it and never free it.
+      *static_cast<f0r_param_string*>(param) = const_cast<char*>(item);
     } else {
-      *static_cast<double*>(param) = settings.Number(which);
+      *static_cast<double*>(param) = settings.Number(index);
     }
   });
 }

@@ -1,64 +1,26 @@
-// The effect's controls as frei0r parameters: order, names, explanations, ranges and defaults.
+// The effect's controls as frei0r parameters: every control with a value, in declaration order,
+// with its items in kebab-case and an explanation of how frei0r's value maps onto it.
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <span>
+#include <string>
+#include <vector>
+
+#include "params/ControlTable.h"
 
 namespace morvane::frei0r {
 
-// How a control is handed over through the frei0r interface.
-enum class FreiKind {
-  Popup,     // string parameter holding a kebab-case item name
-  Slider,    // double 0..1 mapped linearly onto the slider range
-  Angle,     // double, 0..1 is one turn
-  Checkbox,  // bool
-};
-
-// The parameters in frei0r index order: the effect's controls without the layer, the header
-// and the curve graph.
-enum class FreiParam : int {
-  Direction,
-  Channels,
-  MorvaneIntensity,
-  Morvane,
-  PixelSize,
-  StretchCurve,
-  CurvePhase,
-  CurveSmoothness,
-  StretchStartOffset,
-  DistributionMode,
-  DistributionRange,
-  ImageShiftPhase,
-  ImageShiftPhaseSync,
-  Shading,
-  ShadingIntervalSize,
-  ShadingIntervalPhase,
-  ShadingChannels,
-  ShadingOpacity,
-  EdgeMode,
-  TransparencyFeather,
-};
-
-inline constexpr int kFreiParamCount = 20;
-
 struct FreiControl {
-  const char* name;         // the control's name as the effect shows it
-  const char* explanation;  // what the value does and how 0..1 maps onto it
-  FreiKind kind;
-  double min;  // slider range (sliders only)
-  double max;
-  // Default in the control's own units: 0-based item (popups), slider value, degrees (angles),
-  // 0 or 1 (checkbox).
-  double dephault;
-  std::span<const char* const> items;  // kebab-case popup items, in popup order
+  const Control* control;
+  std::vector<std::string> items;  // popups: the items in kebab-case, in popup order
+  // Sliders: the range, each end the decimal number the single-precision declaration was
+  // written as (0.01, not 0.0099999998).
+  double min = 0.0;
+  double max = 0.0;
+  std::string explanation;  // what the value does and how 0..1 maps onto it
 };
 
-// All parameters, indexed by FreiParam.
-const std::array<FreiControl, kFreiParamCount>& FreiControls();
-
-inline const FreiControl& ControlOf(FreiParam param) {
-  return FreiControls()[static_cast<std::size_t>(param)];
-}
+// All parameters in frei0r index order.
+std::span<const FreiControl> FreiControls();
 
 }  // namespace morvane::frei0r

@@ -25,11 +25,8 @@ double TurnsFromAngle(int32_t fixed);
 // frei0r's bool: [0, 0.5[ is false, [0.5, 1] is true.
 bool CheckboxFromBool(double x);
 
-// Lower case; parentheses dropped; every run of other characters but letters and digits becomes
-// one dash ("Luma (no Alpha)" -> "luma-no-alpha").
-std::string KebabCase(std::string_view text);
-
-// The 0-based item that `text` names, compared in kebab-case; nullopt for no item.
-std::optional<int> FindPopupItem(std::span<const char* const> items, std::string_view text);
+// The 0-based item of `items` (kebab-case) that `text` names in any spelling of the same
+// kebab-case; nullopt for no item.
+std::optional<int> FindPopupItem(std::span<const std::string> items, std::string_view text);
 
 }  // namespace morvane::frei0r

@@ -1,89 +1,71 @@
 #include "frei0r/FreiSettings.h"
 
-#include <cmath>
-
 #include "frei0r/FreiMapping.h"
 
 namespace morvane::frei0r {
+namespace {
+
+const FreiControl& At(int index) {
+  return FreiControls()[static_cast<std::size_t>(index)];
+}
+
+}  // namespace
 
 FreiSettings::FreiSettings() {
-  for (std::size_t i = 0; i < values_.size(); ++i) {
-    const FreiControl& control = FreiControls()[i];
-    values_[i] =
-        control.kind == FreiKind::Angle ? std::round(control.dephault * 65536.0) : control.dephault;
-  }
+  for (std::size_t i = 0; i < FreiControls().size(); ++i)
+    values_[i] = DefaultValue(*FreiControls()[i].control);
 }
 
-void FreiSettings::SetNumber(FreiParam param, double x) {
-  const FreiControl& control = ControlOf(param);
-  double& value = values_[static_cast<std::size_t>(param)];
-  switch (control.kind) {
-    case FreiKind::Slider:
+void FreiSettings::SetNumber(int index, double x) {
+  const FreiControl& control = At(index);
+  double& value = values_[static_cast<std::size_t>(index)];
+  switch (control.control->kind) {
+    case ControlKind::Slider:
       value = SliderFromUnit(x, control.min, control.max);
       break;
-    case FreiKind::Angle:
+    case ControlKind::Angle:
       value = AngleFromTurns(x);
       break;
-    case FreiKind::Checkbox:
+    case ControlKind::Checkbox:
       value = CheckboxFromBool(x) ? 1.0 : 0.0;
       break;
-    case FreiKind::Popup:
+    default:
       break;
   }
 }
 
-bool FreiSettings::SetItem(FreiParam param, std::string_view text) {
-  const FreiControl& control = ControlOf(param);
-  if (control.kind != FreiKind::Popup) return false;
-  const auto item = FindPopupItem(control.items, text);
+bool FreiSettings::SetItem(int index, std::string_view text) {
+  const auto item = FindPopupItem(At(index).items, text);
   if (!item) return false;
-  values_[static_cast<std::size_t>(param)] = *item;
+  values_[static_cast<std::size_t>(index)] = *item;
   return true;
 }
 
-double FreiSettings::Number(FreiParam param) const {
-  const FreiControl& control = ControlOf(param);
-  switch (control.kind) {
-    case FreiKind::Slider:
-      return UnitFromSlider(Value(param), control.min, control.max);
-    case FreiKind::Angle:
-      return TurnsFromAngle(Whole(param));
-    case FreiKind::Checkbox:
-      return Value(param);
-    case FreiKind::Popup:
-      break;
+double FreiSettings::Number(int index) const {
+  const FreiControl& control = At(index);
+  const double value = values_[static_cast<std::size_t>(index)];
+  switch (control.control->kind) {
+    case ControlKind::Slider:
+      return UnitFromSlider(value, control.min, control.max);
+    case ControlKind::Angle:
+      return TurnsFromAngle(static_cast<int32_t>(value));
+    case ControlKind::Checkbox:
+      return value;
+    default:
+      return 0.0;
   }
-  return 0.0;
 }
 
-const char* FreiSettings::Item(FreiParam param) const {
-  const FreiControl& control = ControlOf(param);
-  if (control.kind != FreiKind::Popup) return nullptr;
-  return control.items[static_cast<std::size_t>(Whole(param))];
+const char* FreiSettings::Item(int index) const {
+  const FreiControl& control = At(index);
+  if (control.items.empty()) return nullptr;
+  return control.items[static_cast<std::size_t>(values_[static_cast<std::size_t>(index)])].c_str();
 }
 
 StretchRenderRecord FreiSettings::Record() const {
   StretchRenderRecord record{};
-  record.channelMode = Whole(FreiParam::Channels);
-  record.intensity = Value(FreiParam::MorvaneIntensity);
-  record.direction = Whole(FreiParam::Direction);
-  record.stretchAmount = Value(FreiParam::Morvane);
-  record.pixelSize = Value(FreiParam::PixelSize);
-  record.startOffset = Value(FreiParam::StretchStartOffset);
-  record.curveShape = Whole(FreiParam::StretchCurve);
-  record.curvePhase = Whole(FreiParam::CurvePhase);
-  record.curveSmoothness = Value(FreiParam::CurveSmoothness);
-  record.distributionMode = Whole(FreiParam::DistributionMode);
-  record.distributionRange = Value(FreiParam::DistributionRange);
-  record.imageShiftPhase = Whole(FreiParam::ImageShiftPhase);
-  record.imageShiftPhaseSync = Whole(FreiParam::ImageShiftPhaseSync);
-  record.shadingMode = Whole(FreiParam::Shading);
-  record.shadingIntervalSize = Whole(FreiParam::ShadingIntervalSize);
-  record.shadingIntervalPhase = Whole(FreiParam::ShadingIntervalPhase);
-  record.shadingOpacity = Value(FreiParam::ShadingOpacity);
-  record.shadingChannels = Whole(FreiParam::ShadingChannels);
-  record.edgeMode = Whole(FreiParam::EdgeMode);
-  record.transparencyFeather = Value(FreiParam::TransparencyFeather);
+  for (std::size_t i = 0; i < FreiControls().size(); ++i)
+    StoreValue(*FreiControls()[i].control, values_[i], record);
   return record;
 }
 

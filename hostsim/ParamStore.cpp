@@ -7,6 +7,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "sdk/FixedDegrees.h"
+
 namespace hostsim {
 namespace {
 
@@ -22,11 +24,6 @@ std::vector<std::string> PopupItems(const PF_PopupDef& popup) {
 
 std::string Label(const PF_ParamDef& def, size_t position) {
   return "parameter " + std::to_string(position) + " (\"" + def.name + "\")";
-}
-
-// Degrees to the host's 16.16 fixed point, rounded half away from zero.
-PF_Fixed DegreesToFixed(double degrees) {
-  return static_cast<PF_Fixed>(std::round(degrees * 65536.0));
 }
 
 bool HasValue(PF_ParamType type) {
@@ -249,7 +246,7 @@ PF_ParamDef InstanceParams::DefinitionAt(PF_ParamIndex index, double frame) cons
       def.u.fs_d.value = value;
       break;
     case PF_Param_ANGLE:
-      def.u.ad.value = DegreesToFixed(value);
+      def.u.ad.value = morvane::SaturatedFixedFromDegrees(value);
       break;
     case PF_Param_CHECKBOX:
       def.u.bd.value = static_cast<A_long>(value);

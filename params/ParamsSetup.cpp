@@ -2,22 +2,18 @@
 
 #include <cstring>
 
-#include "params/ControlDeclarations.h"
+#include "params/ControlTable.h"
 #include "params/HostGates.h"
 #include "params/ParamPositionTable.h"
 
 namespace morvane {
 namespace {
 
-// The input layer plus the 23 controls the effect can declare.
-constexpr A_long kFullParamCount = 24;
-
 constexpr A_short kHeaderWidth = 320;
 constexpr A_short kHeaderHeight = 17;
 // Every event class: the banner draws itself and answers clicks everywhere.
 constexpr PF_CustomEventFlags kAllEvents = 0xFF;
 
-constexpr const char kCurveGraphName[] = "Curve Graph";
 constexpr A_short kCurveGraphSize = 50;
 
 // Only this exact interface version shows the banner as a named control; every
@@ -30,32 +26,50 @@ void CopyName(PF_InData* in_data, PF_ParamDef& def, const char* name) {
   in_data->utils->ansi.strcpy(def.name, name);
 }
 
-// Declares the ordinary controls in order; stops at the first refusal.
-PF_Err DeclareControls(PF_InData* in_data, std::span<const ControlDeclaration> controls) {
-  for (const ControlDeclaration& control : controls) {
-    PF_ParamDef def;
-    FillDefinition(control, def);
-    CopyName(in_data, def, control.name);
-    const PF_Err err = in_data->inter.add_param(in_data->effect_ref, -1, &def);
-    if (err != PF_Err_NONE) return err;
-    RegisterParamPosition(control.id);
+// The host's answer to one declaration: whether the control took a place in its list (a gated
+// control that is not declared, or that the host refuses, takes none), and the error of an
+// ordinary control the host refused, which ends the set-up.
+struct Declared {
+  bool placed;
+  PF_Err err;
+};
+
+Declared Declare(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[],
+                 const Control& control) {
+  const bool recent = IsRecentHost(in_data);
+  const bool premiere = IsPremiereHost(in_data);
+  switch (control.kind) {
+    case ControlKind::Header:
+      return {recent && !premiere && AddHeaderControl(in_data, out_data, params, control),
+              PF_Err_NONE};
+    case ControlKind::CurveGraph:
+      return {(recent || premiere) &&
+                  AddCurveGraphControl(in_data, out_data, params, control.id, control.name,
+                                       kCurveGraphSize, kCurveGraphSize, control.flags),
+              PF_Err_NONE};
+    default:
+      break;
   }
-  return PF_Err_NONE;
+  PF_ParamDef def;
+  FillDefinition(control, def);
+  CopyName(in_data, def, control.name);
+  const PF_Err err = in_data->inter.add_param(in_data->effect_ref, -1, &def);
+  return {err == PF_Err_NONE, err};
 }
 
 }  // namespace
 
 bool AddHeaderControl(PF_InData* in_data, PF_OutData* /*out_data*/, PF_ParamDef* /*params*/[],
-                      ParamId id) {
+                      const Control& header) {
   PF_ParamDef def;
   std::memset(&def, 0, sizeof def);
   def.param_type = PF_Param_NO_DATA;
-  def.uu.id = ToInt(id);
+  def.uu.id = ToInt(header.id);
   def.ui_width = kHeaderWidth;
   def.ui_height = kHeaderHeight;
   def.flags = PF_ParamFlag_SUPERVISE | PF_ParamFlag_CANNOT_TIME_VARY;
   if (IsAboutHost(in_data)) {
-    CopyName(in_data, def, "About");
+    CopyName(in_data, def, header.name);
     def.ui_flags = PF_PUI_CONTROL;
   } else {
     CopyName(in_data, def, "");
@@ -107,36 +121,17 @@ bool AddCurveGraphControl(PF_InData* in_data, PF_OutData* /*out_data*/, PF_Param
 }
 
 PF_Err ParamsSetup(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[]) {
-  const bool recent = IsRecentHost(in_data);
-  const bool premiere = IsPremiereHost(in_data);
-  // A gated control that is not declared, or that the host refuses, takes no
-  // position, so the table always matches the host's list.
-  A_long skipped = 0;
   ModuleParamPositionTable().Clear();
-
-  if (recent && !premiere && AddHeaderControl(in_data, out_data, params, ParamId::Header)) {
-    RegisterParamPosition(ParamId::Header);
-  } else {
-    ++skipped;
+  // Position 0 is the host's input layer.
+  A_long count = 1;
+  for (const Control& control : Controls()) {
+    const Declared declared = Declare(in_data, out_data, params, control);
+    if (declared.err != PF_Err_NONE) return declared.err;
+    if (!declared.placed) continue;
+    RegisterParamPosition(control.id);
+    ++count;
   }
-
-  if (const PF_Err err = DeclareControls(in_data, ControlsBeforeCurveGraph()); err != PF_Err_NONE) {
-    return err;
-  }
-
-  if ((recent || premiere) &&
-      AddCurveGraphControl(in_data, out_data, params, ParamId::CurveGraph, kCurveGraphName,
-                           kCurveGraphSize, kCurveGraphSize, PF_ParamFlag_CANNOT_TIME_VARY)) {
-    RegisterParamPosition(ParamId::CurveGraph);
-  } else {
-    ++skipped;
-  }
-
-  if (const PF_Err err = DeclareControls(in_data, ControlsAfterCurveGraph()); err != PF_Err_NONE) {
-    return err;
-  }
-
-  out_data->num_params = kFullParamCount - skipped;
+  out_data->num_params = count;
   VerifyParamCount(out_data->num_params);
   return PF_Err_NONE;
 }

@@ -1,6 +1,7 @@
 // Declaration of the effect's controls at PF_Cmd_PARAMS_SETUP.
 #pragma once
 
+#include "params/ControlTable.h"
 #include "params/ParamId.h"
 #include "sdk/HostInterface.h"
 
@@ -12,10 +13,11 @@ namespace morvane {
 // mismatch.
 PF_Err ParamsSetup(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[]);
 
-// Declares the header banner with disk ID `id` and registers its custom-UI
-// events. Returns whether the host accepted the control; a refused control
-// takes no place in the host's list.
-bool AddHeaderControl(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[], ParamId id);
+// Declares the header banner (named only in the host that shows it as a control)
+// and registers its custom-UI events. Returns whether the host accepted the
+// control; a refused control takes no place in the host's list.
+bool AddHeaderControl(PF_InData* in_data, PF_OutData* out_data, PF_ParamDef* params[],
+                      const Control& header);
 
 // Declares a custom-UI control of the given name, size and parameter flags and
 // registers its events with the same size. The control carries arbitrary data

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "host/HostErrors.h"
+#include "params/ControlTable.h"
 #include "params/ParamCheckout.h"
 #include "params/ParamId.h"
 #include "params/ParamPositionTable.h"
@@ -10,54 +11,15 @@
 namespace morvane {
 namespace {
 
-// Reads one control at a time into a scratch definition shared by all reads.
-// A definition checked out from the host is checked in as soon as its value is
-// copied, so a failing later read leaves nothing checked out.
-class ValueReader {
- public:
-  ValueReader(PF_InData* in_data, PF_ParamDef** params) : in_data_(in_data), params_(params) {}
-
-  // Popups arrive 1-based and are stored 0-based.
-  int32_t Popup(ParamId id) { return Read(id).u.pd.value - 1; }
-  double Slider(ParamId id) { return Read(id).u.fs_d.value; }
-  int32_t Angle(ParamId id) { return Read(id).u.ad.value; }
-  int32_t Checkbox(ParamId id) { return Read(id).u.bd.value; }
-  // Truncated toward zero: 10.9 gives 10.
-  int32_t WholeSlider(ParamId id) { return static_cast<int32_t>(Read(id).u.fs_d.value); }
-
- private:
-  PF_ParamDef Read(ParamId id) {
-    const CheckedOutParam param(in_data_, params_, id, scratch_);
-    return *param;
-  }
-
-  PF_InData* in_data_;
-  PF_ParamDef** params_;
-  PF_ParamDef scratch_;
-};
-
+// Reads each control's value, in the control's own units, into the record, in the table's read
+// order. A definition checked out from the host is checked in as soon as its value is copied,
+// so a failing later read leaves nothing checked out.
 void ReadValues(PF_InData* in_data, PF_ParamDef** params, StretchRenderRecord& record) {
-  ValueReader read(in_data, params);
-  record.channelMode = read.Popup(ParamId::Channels);
-  record.direction = read.Popup(ParamId::Direction);
-  record.intensity = read.Slider(ParamId::MorvaneIntensity);
-  record.stretchAmount = read.Slider(ParamId::Morvane);
-  record.pixelSize = read.Slider(ParamId::PixelSize);
-  record.startOffset = read.Slider(ParamId::StretchStartOffset);
-  record.imageShiftPhase = read.Angle(ParamId::ImageShiftPhase);
-  record.imageShiftPhaseSync = read.Checkbox(ParamId::ImageShiftPhaseSync);
-  record.curveShape = read.Popup(ParamId::StretchCurve);
-  record.curvePhase = read.Angle(ParamId::CurvePhase);
-  record.curveSmoothness = read.Slider(ParamId::CurveSmoothness);
-  record.shadingMode = read.Popup(ParamId::Shading);
-  record.shadingIntervalSize = read.WholeSlider(ParamId::ShadingIntervalSize);
-  record.shadingIntervalPhase = read.Angle(ParamId::ShadingIntervalPhase);
-  record.shadingChannels = read.Popup(ParamId::ShadingChannels);
-  record.edgeMode = read.Popup(ParamId::EdgeMode);
-  record.distributionMode = read.Popup(ParamId::DistributionMode);
-  record.distributionRange = read.Slider(ParamId::DistributionRange);
-  record.shadingOpacity = read.Slider(ParamId::ShadingOpacity);
-  record.transparencyFeather = read.Slider(ParamId::TransparencyFeather);
+  PF_ParamDef scratch;
+  for (const Control* control : ControlsInReadOrder()) {
+    const CheckedOutParam param(in_data, params, control->id, scratch);
+    StoreValue(*control, ValueOf(*control, *param), record);
+  }
 }
 
 void ThrowIfError(PF_Err err) {

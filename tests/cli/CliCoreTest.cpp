@@ -18,6 +18,7 @@
 #include "cli/FramePattern.h"
 #include "cli/ImageFile.h"
 #include "cli/Pixels.h"
+#include "sdk/FixedDegrees.h"
 
 namespace morvane::cli {
 namespace {
@@ -100,7 +101,7 @@ TEST(ChannelConvert, FileAndEffectReorderChannelsAndConvertEach) {
   }
 }
 
-TEST(ControlOptions, KebabCaseAndDegreesToFixed) {
+TEST(ControlOptions, KebabCaseAndFixedFromDegrees) {
   // clang-format off
   const std::array<std::array<const char*, 2>, 9> kNames = {{
       {"Morvane Intensity", "morvane-intensity"}, {"Shading Channel(s)", "shading-channels"},
@@ -115,7 +116,7 @@ TEST(ControlOptions, KebabCaseAndDegreesToFixed) {
   for (const auto& [name, kebab] : kNames)
     EXPECT_EQ(KebabCase(name), kebab) << name;
   for (const auto& [degrees, fixed] : kAngles)
-    EXPECT_EQ(DegreesToFixed(degrees), fixed) << degrees;
+    EXPECT_EQ(FixedFromDegrees(degrees), fixed) << degrees;
 }
 
 // clang-format off

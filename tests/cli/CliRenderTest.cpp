@@ -20,9 +20,9 @@
 #include "cli/Downsample.h"
 #include "cli/ImageFile.h"
 #include "cli/RenderBackend.h"
+#include "params/ControlTable.h"
 #include "render/DispatchStretch.h"
 #include "tests/customui/Pictures.h"
-#include "tests/support/DefaultRecord.h"
 
 namespace morvane::cli {
 namespace {
@@ -231,7 +231,7 @@ class Morvane : public ::testing::TestWithParam<Case> {
   void ExpectRendered(const Render& r, const std::string& name) const {
     const std::string frameText = fs::path(fs::path(name).stem()).extension().string();
     const int frame = frameText.empty() ? 0 : std::stoi(frameText.substr(1));
-    StretchRenderRecord record = morvane::testing_support::DefaultRecord();
+    StretchRenderRecord record = morvane::DefaultRecord();
     r.tweak(record, frame);
     ArgbImage input = Downsample(Read(WithFrame(r.input, frame), r.depth), r.downsample);
     const Rect area = r.region.value_or(Rect{0, 0, input.width(), input.height()});

@@ -21,8 +21,8 @@
 
 #include "frei0r/FreiApi.h"
 #include "frei0r/FreiSettings.h"
+#include "params/ControlTable.h"
 #include "render/DispatchStretch.h"
-#include "tests/support/DefaultRecord.h"
 
 namespace morvane::frei0r {
 namespace {
@@ -215,7 +215,7 @@ TEST_P(Settings, GiveTheRecordAndTheModuleRendersIt) {
   ASSERT_TRUE(Loaded()) << dlerror();
   const Row& row = GetParam();
   const Module& module = row.layer ? Plugin(true) : Plugin();
-  StretchRenderRecord expected = morvane::testing_support::DefaultRecord();
+  StretchRenderRecord expected = morvane::DefaultRecord();
   row.expect(expected);
 
   FreiSettings settings;
@@ -229,8 +229,8 @@ TEST_P(Settings, GiveTheRecordAndTheModuleRendersIt) {
     ASSERT_GE(index, 0) << item;
     const bool isNumber = !text.empty() && *end == '\0';
     Set(module, instance.get(), index, isNumber ? Value(number) : Value(text));
-    if (isNumber) settings.SetNumber(FreiParam(index), number);
-    if (!isNumber) settings.SetItem(FreiParam(index), text);
+    if (isNumber) settings.SetNumber(index, number);
+    if (!isNumber) settings.SetItem(index, text);
   }
   EXPECT_EQ(Fields(settings.Record()), Fields(expected));
   const Frame input = Painted(7);
@@ -308,7 +308,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(Frei0rModules, OneInstanceServesSeveralThreadsAtOnce) {
   ASSERT_TRUE(Loaded()) << dlerror();
   const Instance instance = Construct(Plugin());
-  StretchRenderRecord record = morvane::testing_support::DefaultRecord();
+  StretchRenderRecord record = morvane::DefaultRecord();
   record.direction = 1, record.stretchAmount = 3.2;
   std::array<bool, 4> same{};
   std::vector<std::thread> threads;

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "fuzz/DispatchHarness.h"
-#include "tests/support/DefaultRecord.h"
+#include "params/ControlTable.h"
 
 namespace morvane::fuzz {
 namespace {
@@ -46,7 +46,7 @@ TEST_P(DispatchRegression, EveryFindingRendersWithinItsImages) {
     c.input = k.input;
     c.output = k.output;
     c.fill = k.pixelSize < 1.0 ? PixelFill::Black : PixelFill::Noise;
-    c.record = testing_support::DefaultRecord();
+    c.record = DefaultRecord();
     c.record.channelMode = k.channelMode;
     c.record.direction = k.direction;
     c.record.pixelSize = k.pixelSize;

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "hostsim/Host.h"
+#include "params/ControlTable.h"
 #include "render/DispatchStretch.h"
-#include "tests/support/DefaultRecord.h"
 #include "tests/support/HostedSession.h"
 
 namespace morvane {
@@ -125,7 +125,7 @@ class EndToEnd : public testing::HostedSession {
 
   // The record the busy look stands for, as the kernels get it (angles in 16.16 degrees).
   static StretchRenderRecord BusyRecord() {
-    StretchRenderRecord r = testing_support::DefaultRecord();
+    StretchRenderRecord r = DefaultRecord();
     r.stretchAmount = 2.5;
     r.curveShape = 3;
     r.curvePhase = 30 * 65536;

@@ -6,6 +6,7 @@
 #include <tuple>
 #include <vector>
 
+#include "params/ControlTable.h"
 #include "stretch/Distribution.h"
 #include "stretch/EdgeModes.h"
 #include "stretch/ImageShift.h"
@@ -13,14 +14,12 @@
 #include "stretch/Shading.h"
 #include "stretch/StretchCurve.h"
 #include "stretch/StretchCurveTable.h"
-#include "tests/support/DefaultRecord.h"
 
 namespace morvane {
 namespace {
 
 using S = CurveShape;
 using E = EdgeMode;
-using testing_support::DefaultRecord;
 constexpr CurveFlags kRounded = CurveFlags::None;
 constexpr int32_t kDegree = 65536;
 

@@ -6,9 +6,9 @@
 #include <random>
 #include <vector>
 
+#include "params/ControlTable.h"
 #include "render/StretchRenderRecord.h"
 #include "stretch/StretchKernel.h"
-#include "tests/support/DefaultRecord.h"
 
 namespace morvane::testing_support {
 
