@@ -115,35 +115,11 @@ class LinePosition {
 // (`bool Emit(const Value&)`) and returns true once the line is full, which ends the step at
 // once (any carry is dropped). It can also take a value without moving on (`Put`), move on by
 // zero or one pixel (`Skip(int32_t)`) and tell whether the line is full (`Full`).
-//
-// Step runs both passes for one step, for callers that take one step at a time.
 template <typename Value>
 class LineResampler {
  public:
   // Start of a line, before the start-offset copy.
-  void ResetLine() {
-    position_.Reset();
-    carry_ = Value{};
-  }
-
-  // One pixel of the start-offset copy was written.
-  void AdvanceCopied() { position_.AdvanceCopied(); }
-
-  // One stretch step of length `length` (> 0) with the current and next source values and their
-  // multipliers. Returns true when the line is full.
-  template <typename Sink>
-  [[gnu::always_inline]] bool Step(double length, const Value& current, const Value& next,
-                                   const Value& currentMul, const Value& nextMul, Sink& sink) {
-    return StepValues(length, NextFilled(length), current, next, currentMul, nextMul, sink);
-  }
-
-  // The same step with every multiplier 1.0: multiplying by 1.0 is exact, so leaving the
-  // products out gives the same values.
-  template <typename Sink>
-  [[gnu::always_inline]] bool Step(double length, const Value& current, const Value& next,
-                                   Sink& sink) {
-    return StepValues(length, NextFilled(length), current, next, sink);
-  }
+  void ResetLine() { carry_ = Value{}; }
 
   // The value pass of one step whose position pass gave `filled`.
   template <typename Sink>
@@ -158,17 +134,7 @@ class LineResampler {
     return ValuesImpl<false>(length, filled, current, next, current, next, sink);
   }
 
-  double linePosition() const { return position_.linePosition(); }
-  const Value& carry() const { return carry_; }
-
  private:
-  [[gnu::always_inline]] double NextFilled(double length) {
-    double filled;
-    int32_t unbounded = INT32_MAX;
-    position_.Step(length, filled, unbounded);
-    return filled;
-  }
-
   template <bool kMultiply, typename Sink>
   [[gnu::always_inline]] bool ValuesImpl(double length, double filled, const Value& current,
                                          const Value& next, const Value& currentMul,
@@ -237,7 +203,6 @@ class LineResampler {
     return (delta * consumed) / length + from;
   }
 
-  LinePosition position_;
   Value carry_{};
 };
 

@@ -29,7 +29,7 @@ constexpr auto Pr = &HostProfile::Premiere;
 const std::map<char, std::pair<std::string, int32_t>> kSuites{
     {'H', {kPFHandleSuite, 2}}, {'P', {kPFPixelFormatSuite, 1}}, {'U', {kPFUtilitySuite, 4}}};
 
-enum Before { Loaded, Fresh, Ready, Saved10, Saved296, Saved1000, Purged };
+enum Before { Loaded, Fresh, Ready, Saved0, Saved10, Saved295, Saved296, Saved1000, Purged };
 enum Data { None, Same, New };      // the instance's sequence data afterwards, by handle
 constexpr PF_Cmd kRegister = -100;  // PluginDataEntryFunction rather than a command
 
@@ -41,8 +41,8 @@ struct Row {
   PF_Err err;
   const char* suites;  // acquisitions (+) and releases (-) in order
   Data data;           // and no other handle left
-  // The instance's bytes afterwards (and a flat copy's): "5A*10 CD*286" is ten 0x5A bytes, then
-  // 286 bytes as fresh from the host.
+  // The instance's bytes afterwards (and a flat copy's, which has zeros after them up to 296):
+  // "5A*10 CD*286" is ten 0x5A bytes, then 286 bytes as fresh from the host.
   const char* bytes = "";
   // "<callback> fails <error>", "<callback> throws <error|std|foreign>", "withhold|null <suite>".
   const char* fault = nullptr;
@@ -112,6 +112,12 @@ std::vector<Row> Rows() {
       {"FlattenWithoutLock", AE, kFlatten, Ready, 0, "+H -H", Same, "00*296",
        "PF Handle Suite v2.host_lock_handle fails 0"},
       {"FlatCopy", AE, PF_Cmd_GET_FLATTENED_SEQUENCE_DATA, Ready, 0, "+H -H", Same, "00*296"},
+      // A project may hold data of another size (older or damaged, or none at all): the copy
+      // holds as much as there is, never reading past the handle's end.
+      {"FlatCopyOfNoData", AE, PF_Cmd_GET_FLATTENED_SEQUENCE_DATA, Saved0, 0, "+H -H", Same},
+      {"FlatCopyOfShortData", AE, PF_Cmd_GET_FLATTENED_SEQUENCE_DATA, Saved295, 0, "+H -H", Same,
+       "5A*295"},
+      {"FlattenOfNoData", AE, kFlatten, Saved0, 0, "+H -H", New, "00*296"},
       {"Setdown", AE, kSetdown, Ready, 0, "", None},
       {"SetdownWithoutData", AE, kSetdown, Fresh, 0, "", None, "", nullptr, "",
        "utils.host_dispose_handle", 0},
@@ -172,7 +178,9 @@ TEST_P(HostGlue, AnswersTheHostAsTheRowSays) {
   hostsim::EffectInstance* fx = nullptr;
   if (row.before != Loaded) {
     ASSERT_EQ(host.Register(), A_Err_NONE);
-    const size_t saved = row.before == Saved10 ? 10 : row.before == Saved296 ? 296 : 1000;
+    const std::map<Before, size_t> sizes{
+        {Saved0, 0}, {Saved10, 10}, {Saved295, 295}, {Saved296, 296}, {Saved1000, 1000}};
+    const size_t saved = sizes.contains(row.before) ? sizes.at(row.before) : 0;
     if (row.before == Fresh || row.before == Ready) fx = &host.NewInstance();
     if (row.before == Purged) fx = &host.OpenInstance(host.Handles().NewWithoutData());
     if (fx == nullptr) fx = &host.OpenInstance(std::vector<uint8_t>(saved, 0x5A));
@@ -197,7 +205,9 @@ TEST_P(HostGlue, AnswersTheHostAsTheRowSays) {
       {PF_Cmd_GET_FLATTENED_SEQUENCE_DATA, [&] {
          const hostsim::FlatCopy copy = host.GetFlattenedSequenceData(*fx);
          EXPECT_NE(copy.handle, fx->SequenceData());
-         EXPECT_EQ(copy.bytes, Bytes(row));
+         std::vector<uint8_t> flat = Bytes(row);
+         flat.resize(296, 0);
+         EXPECT_EQ(copy.bytes, flat);
          return copy.result;
        }}};
   Result r;

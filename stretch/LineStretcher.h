@@ -1,0 +1,159 @@
+// One line of the stretch: start offset, stretch lengths, positions and output values.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+#include "stretch/Distribution.h"
+#include "stretch/IntensitySources.h"
+#include "stretch/LineLayout.h"
+#include "stretch/LineResampler.h"
+#include "stretch/StepMultipliers.h"
+
+namespace morvane::detail {
+inline namespace MORVANE_ISA {
+
+// Stretch steps are taken in chunks of this many per line: the lengths of a chunk, then its
+// positions, then its values.
+inline constexpr int32_t kStepChunk = 32;
+
+// One line of the stretch, worked through in three passes per chunk of steps. Begin sets the
+// line up and copies its start offset; Lengths measures the intensities of the next steps and
+// turns them into stretch lengths; the line's LinePosition (held by the caller, so that the
+// position passes of two lines can run side by side) gives each step its filled part; Values
+// then writes the output pixels of those steps. All per-call quantities come from the prepared
+// call; the object holds only the state of its current line.
+template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant, EdgeMode Mode,
+          bool kMultiply>
+class LineStretcher {
+ public:
+  using Channel = ChannelType<Depth>;
+  using Value = ResampledValue<Variant>;
+  using IntensitySource =
+      std::conditional_t<Origin == IntensityOrigin::LayerIntensity,
+                         LayerIntensitySource<Channel, Mode>, SelfIntensitySource<Channel, Mode>>;
+
+  LineStretcher(const StretchCall& call, const KernelImages<Channel>& images)
+      : call_(call),
+        images_(images),
+        in_(ImageLineLayout(call.direction, images.srcStride, images.width, images.height)),
+        out_(ImageLineLayout(call.direction, images.dstStride, images.width, images.height)) {}
+
+  // Sets up `line` and copies its start offset, advancing `position` (reset for the line) by
+  // the copied pixels. Returns true when the copy already fills the line; otherwise `room` is
+  // the number of output pixels left.
+  bool Begin(int32_t line, LinePosition& position, int32_t& room) {
+    const int32_t length = call_.length;
+    const int32_t feather = call_.featherLength;
+    source_ = images_.src + in_.first + std::ptrdiff_t{line} * in_.lineStep;
+    cursor_ = OutputCursor<Depth, Variant>(
+        images_.dst + out_.first + std::ptrdiff_t{line} * out_.lineStep, out_.pixelStep, length);
+    LinePositionWalker<Mode> colour(length, call_.shift.colourStart);
+    intensity_ = IntensitySource(call_, images_, source_, in_.pixelStep, line);
+    resampler_.ResetLine();
+
+    // Start-offset copy: unstretched, unshaded, alpha faded by the edge.
+    const int32_t startCount = call_.startCount;
+    for (int32_t i = 0; i < startCount; ++i) {
+      cursor_.Copy(Pixel(colour.Index()), colour.Fade(feather));
+      colour.Advance();
+      intensity_.Advance();
+      position.AdvanceCopied();
+    }
+    room = length - startCount;
+    if (startCount >= length) return true;
+
+    // The next source pixel of one step is the current one of the following step: its values
+    // and its fade are carried over instead of being read again.
+    next_ = colour;
+    next_.Advance();
+    current_ = LoadChannels<Depth, Variant>(Pixel(colour.Index()));
+    fadeCurrent_ = colour.Fade(feather);
+    shade_ = ShadeWalker(call_.shading, call_.shift.imageShiftOffset);
+    step_ = 0;
+    return false;
+  }
+
+  // The stretch lengths of the next kStepChunk steps (a chunk may run past the end of the
+  // line; the steps after it are never used).
+  [[gnu::always_inline]] void Lengths(double* lengths) {
+    for (int32_t k = 0; k < kStepChunk; ++k) {
+      const double measured = MeasureIntensity<Depth, Variant>(intensity_.Pixel());
+      intensity_.Advance();
+      double stretch = call_.curve[CurveIndex(measured)];
+      stretch = ApplyDistribution(call_.distributionMode, stretch, step_, call_.distributionPixels);
+      lengths[k] = GuardStretchLength(stretch);
+      ++step_;
+    }
+  }
+
+  // The output pixels of `count` steps. Returns true when the output line is full.
+  [[gnu::always_inline]] bool Values(const double* lengths, const double* filled, int32_t count) {
+    // The pass works on local copies of the line's state and of what it reads from the call:
+    // its 8-bit stores may alias any object in memory, so state kept in members would be
+    // stored and loaded again around every output pixel.
+    OutputCursor<Depth, Variant> cursor = cursor_;
+    LineResampler<Value> resampler = resampler_;
+    LinePositionWalker<Mode> next = next_;
+    Value current = current_;
+    double fadeCurrent = fadeCurrent_;
+    ShadeWalker shade = shade_;
+    const Channel* const source = source_;
+    const std::ptrdiff_t pixelStep = in_.pixelStep;
+    const int32_t feather = call_.featherLength;
+    const ShadingChannel shadingChannel = call_.shadingChannel;
+
+    bool full = false;
+    for (int32_t k = 0; k < count && !full; ++k) {
+      const Value following = LoadChannels<Depth, Variant>(source + next.Index() * pixelStep);
+      if constexpr (kMultiply) {
+        const StepMultipliers m = RouteShades(shadingChannel, shade.Current(), shade.Next());
+        const double fadeNext = next.Fade(feather);
+        const Value currentMul =
+            ChannelMultipliers<Variant>(m.alphaCurrent * fadeCurrent, m.colourCurrent);
+        const Value nextMul = ChannelMultipliers<Variant>(m.alphaNext * fadeNext, m.colourNext);
+        full = resampler.StepValues(lengths[k], filled[k], current, following, currentMul, nextMul,
+                                    cursor);
+        fadeCurrent = fadeNext;
+        shade.Advance();
+      } else {
+        full = resampler.StepValues(lengths[k], filled[k], current, following, cursor);
+      }
+      current = following;
+      next.Advance();
+    }
+    cursor_ = cursor;
+    resampler_ = resampler;
+    next_ = next;
+    current_ = current;
+    fadeCurrent_ = fadeCurrent;
+    shade_ = shade;
+    return full;
+  }
+
+ private:
+  [[gnu::always_inline]] const Channel* Pixel(int32_t index) const {
+    return source_ + index * in_.pixelStep;
+  }
+
+  const StretchCall& call_;
+  const KernelImages<Channel>& images_;
+  const LineLayout in_;
+  const LineLayout out_;
+
+  const Channel* source_ = nullptr;
+  OutputCursor<Depth, Variant> cursor_{nullptr, 0, 0};
+  IntensitySource intensity_{};
+  LineResampler<Value> resampler_;
+  LinePositionWalker<Mode> next_;
+  Value current_{};
+  double fadeCurrent_ = 1.0;
+  ShadeWalker shade_{call_.shading, 0};
+  int64_t step_ = 0;
+};
+
+}  // namespace MORVANE_ISA
+}  // namespace morvane::detail
