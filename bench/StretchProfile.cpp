@@ -31,10 +31,11 @@ bool RenderLuma(Frame<Depth>& input, Frame<Depth>& output, const StretchRenderRe
   PrepareStretchKernel<Depth>(
       prepared,
       layerPixels != nullptr ? IntensityOrigin::LayerIntensity : IntensityOrigin::SelfIntensity,
-      ChannelVariant::Luma, output.pixels.data(), output.width * 4, input.pixels.data(),
-      input.width * 4, input.width, input.height, record, 1.0f, layerPixels,
-      layer != nullptr ? layer->width : 0, layer != nullptr ? layer->height : 0,
-      layer != nullptr ? layer->rowbytes / elementBytes : 0, 0, 0);
+      ChannelVariant::Luma,
+      {output.pixels.data(), output.width * 4, input.pixels.data(), input.width * 4, input.width,
+       input.height, record, 1.0f, layerPixels, layer != nullptr ? layer->width : 0,
+       layer != nullptr ? layer->height : 0, layer != nullptr ? layer->rowbytes / elementBytes : 0,
+       0, 0});
   if (!prepared.UseInstructionSet(instructionSet)) return false;
   prepared.RenderLines(0, prepared.lineCount());
   return true;

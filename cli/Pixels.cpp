@@ -1,6 +1,7 @@
 #include "cli/Pixels.h"
 
 #include "cli/ChannelConvert.h"
+#include "sdk/ChannelOrder.h"
 
 namespace morvane::cli {
 
@@ -61,10 +62,7 @@ Channel EffectValueToFile(Channel v) {
     return v;
 }
 
-// Channel positions: file RGBA index i holds effect channel kFileToArgb[i].
-constexpr int kFileToArgb[4] = {1, 2, 3, 0};
-
-// Every pixel of `from` into a new image of `depth`, channel kFileToArgb[c] on the effect's side
+// Every pixel of `from` into a new image of `depth`, channel kArgbOfRgba[c] on the effect's side
 // of channel c on the file's side, each value converted by `convert`.
 template <bool kToEffect, typename Convert>
 AnyPixels Reordered(const AnyPixels& from, Depth depth, int32_t width, int32_t height,
@@ -76,7 +74,7 @@ AnyPixels Reordered(const AnyPixels& from, Depth depth, int32_t width, int32_t h
         const std::size_t count = src.values.size() / 4;
         for (std::size_t p = 0; p < count; ++p) {
           for (int c = 0; c < 4; ++c) {
-            const std::size_t file = 4 * p + c, effect = 4 * p + kFileToArgb[c];
+            const std::size_t file = 4 * p + c, effect = 4 * p + kArgbOfRgba[c];
             dst.values[kToEffect ? effect : file] =
                 convert.template operator()<To>(src.values[kToEffect ? file : effect]);
           }

@@ -198,10 +198,11 @@ PF_Err DispatchStretchInBands(const PF_EffectWorld& input, PF_EffectWorld& outpu
   // each, in this call's frame).
   PreparedStretchKernel<Depth> kernels[4];
   for (int32_t k = 0; k < plan.kernelCount; ++k) {
-    PrepareStretchKernel<Depth>(kernels[k], plan.origin, plan.variants[k], plan.out.data,
-                                plan.out.stride, plan.in.data, plan.in.stride, plan.width,
-                                plan.height, record, scale, plan.layerPixels, plan.layerWidth,
-                                plan.layerHeight, plan.layerStride, plan.originX, plan.originY);
+    PrepareStretchKernel<Depth>(
+        kernels[k], plan.origin, plan.variants[k],
+        {plan.out.data, plan.out.stride, plan.in.data, plan.in.stride, plan.width, plan.height,
+         record, scale, plan.layerPixels, plan.layerWidth, plan.layerHeight, plan.layerStride,
+         plan.originX, plan.originY});
   }
   // Every kernel of a frame walks the same lines (same image, same direction).
   const int32_t lineCount = kernels[0].lineCount();

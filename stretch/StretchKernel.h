@@ -85,6 +85,25 @@ const LineRoutines<Depth>* LineRoutinesFor(KernelInstructionSet instructionSet);
 template <PixelDepth Depth>
 const LineRoutines<Depth>* FastestLineRoutines();
 
+// The fourteen arguments of a kernel call, as one value.
+template <PixelDepth Depth>
+struct KernelArguments {
+  ChannelType<Depth>* dst;
+  int32_t dstStride;
+  const ChannelType<Depth>* src;
+  int32_t srcStride;
+  int32_t width;
+  int32_t height;
+  StretchRenderRecord record;
+  float scale;
+  const ChannelType<Depth>* layerPixels;
+  int32_t layerWidth;
+  int32_t layerHeight;
+  int32_t layerStride;
+  int32_t originX;
+  int32_t originY;
+};
+
 // One kernel call split into its set-up and its lines. PrepareStretchKernel does everything a
 // kernel does before its first line (tables, shift, layer geometry, all from the whole image);
 // RenderLines then renders any range of lines. Lines never influence each other, so rendering
@@ -113,13 +132,8 @@ class PreparedStretchKernel {
   LineRangeFn<Depth> PickLines(const LineRoutines<Depth>& routines) const;
 
   template <PixelDepth D>
-  friend void PrepareStretchKernel(PreparedStretchKernel<D>& prepared, IntensityOrigin origin,
-                                   ChannelVariant variant, ChannelType<D>* dst, int32_t dstStride,
-                                   const ChannelType<D>* src, int32_t srcStride, int32_t width,
-                                   int32_t height, StretchRenderRecord record, float scale,
-                                   const ChannelType<D>* layerPixels, int32_t layerWidth,
-                                   int32_t layerHeight, int32_t layerStride, int32_t originX,
-                                   int32_t originY);
+  friend void PrepareStretchKernel(PreparedStretchKernel<D>&, IntensityOrigin, ChannelVariant,
+                                   const KernelArguments<D>&);
 
   StretchCall call_;
   KernelImages<Channel> images_{};
@@ -133,11 +147,6 @@ class PreparedStretchKernel {
 // or null pixels prepare nothing (lineCount() 0).
 template <PixelDepth Depth>
 void PrepareStretchKernel(PreparedStretchKernel<Depth>& prepared, IntensityOrigin origin,
-                          ChannelVariant variant, ChannelType<Depth>* dst, int32_t dstStride,
-                          const ChannelType<Depth>* src, int32_t srcStride, int32_t width,
-                          int32_t height, StretchRenderRecord record, float scale,
-                          const ChannelType<Depth>* layerPixels, int32_t layerWidth,
-                          int32_t layerHeight, int32_t layerStride, int32_t originX,
-                          int32_t originY);
+                          ChannelVariant variant, const KernelArguments<Depth>& arguments);
 
 }  // namespace morvane

@@ -18,12 +18,9 @@ void PreparedStretchKernel<Depth>::RenderLines(int32_t first, int32_t last) cons
 
 template <PixelDepth Depth>
 void PrepareStretchKernel(PreparedStretchKernel<Depth>& prepared, IntensityOrigin origin,
-                          ChannelVariant variant, ChannelType<Depth>* dst, int32_t dstStride,
-                          const ChannelType<Depth>* src, int32_t srcStride, int32_t width,
-                          int32_t height, StretchRenderRecord record, float scale,
-                          const ChannelType<Depth>* layerPixels, int32_t layerWidth,
-                          int32_t layerHeight, int32_t layerStride, int32_t originX,
-                          int32_t originY) {
+                          ChannelVariant variant, const KernelArguments<Depth>& arguments) {
+  auto [dst, dstStride, src, srcStride, width, height, record, scale, layerPixels, layerWidth,
+        layerHeight, layerStride, originX, originY] = arguments;
   prepared.lines_ = nullptr;
   const auto v = static_cast<int32_t>(variant);
   if (v < 0 || v > 5) return;
@@ -65,9 +62,10 @@ void StretchKernel(ChannelType<Depth>* dst, int32_t dstStride, const ChannelType
                    int32_t layerHeight, int32_t layerStride, int32_t originX, int32_t originY) {
   // The prepared call holds the tables (about 10 KB) in this call's frame: no heap allocation.
   PreparedStretchKernel<Depth> prepared;
-  PrepareStretchKernel<Depth>(prepared, Origin, Variant, dst, dstStride, src, srcStride, width,
-                              height, record, scale, layerPixels, layerWidth, layerHeight,
-                              layerStride, originX, originY);
+  PrepareStretchKernel<Depth>(
+      prepared, Origin, Variant,
+      {dst, dstStride, src, srcStride, width, height, record, scale, layerPixels, layerWidth,
+       layerHeight, layerStride, originX, originY});
   prepared.RenderLines(0, prepared.lineCount());
 }
 
@@ -109,15 +107,13 @@ StretchKernelFn<Depth> SelectStretchKernel(IntensityOrigin origin, ChannelVarian
   MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Blue)  \
   MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Alpha) \
   MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::LumaNoAlpha)
-#define MORVANE_INSTANTIATE_STRETCH_KERNELS(DEPTH)                                               \
-  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::SelfIntensity)                      \
-  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::LayerIntensity)                     \
-  template StretchKernelFn<DEPTH> SelectStretchKernel<DEPTH>(IntensityOrigin, ChannelVariant);   \
-  template class PreparedStretchKernel<DEPTH>;                                                   \
-  MORVANE_DEFINE_LINE_ROUTINES(BaselineLineRoutines, DEPTH)                                      \
-  template void PrepareStretchKernel<DEPTH>(                                                     \
-      PreparedStretchKernel<DEPTH>&, IntensityOrigin, ChannelVariant, ChannelType<DEPTH>*,       \
-      int32_t, const ChannelType<DEPTH>*, int32_t, int32_t, int32_t, StretchRenderRecord, float, \
-      const ChannelType<DEPTH>*, int32_t, int32_t, int32_t, int32_t, int32_t);
+#define MORVANE_INSTANTIATE_STRETCH_KERNELS(DEPTH)                                             \
+  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::SelfIntensity)                    \
+  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::LayerIntensity)                   \
+  template StretchKernelFn<DEPTH> SelectStretchKernel<DEPTH>(IntensityOrigin, ChannelVariant); \
+  template class PreparedStretchKernel<DEPTH>;                                                 \
+  MORVANE_DEFINE_LINE_ROUTINES(BaselineLineRoutines, DEPTH)                                    \
+  template void PrepareStretchKernel<DEPTH>(PreparedStretchKernel<DEPTH>&, IntensityOrigin,    \
+                                            ChannelVariant, const KernelArguments<DEPTH>&);
 
 }  // namespace morvane

@@ -56,9 +56,10 @@ class KernelBands : public ::testing::Test {
     const Img* layer = c.layer ? &*c.layer : nullptr;
     PrepareStretchKernel<kDepth>(
         prepared, layer ? IntensityOrigin::LayerIntensity : IntensityOrigin::SelfIntensity,
-        c.variant, out.pixels(), out.stride, c.image.pixels(), c.image.stride, c.image.width,
-        c.image.height, c.record, 1.0f, layer ? layer->pixels() : nullptr, layer ? layer->width : 0,
-        layer ? layer->height : 0, layer ? layer->stride : 0, c.originX, c.originY);
+        c.variant,
+        {out.pixels(), out.stride, c.image.pixels(), c.image.stride, c.image.width, c.image.height,
+         c.record, 1.0f, layer ? layer->pixels() : nullptr, layer ? layer->width : 0,
+         layer ? layer->height : 0, layer ? layer->stride : 0, c.originX, c.originY});
   }
 };
 
@@ -100,13 +101,15 @@ TYPED_TEST(KernelBands, NothingToRenderPreparesNoLines) {
   const auto image = RandomImage<TestFixture::kDepth>(4, 3, 1);
   auto out = image;
   PreparedStretchKernel<TestFixture::kDepth> prepared;
-  PrepareStretchKernel<TestFixture::kDepth>(
-      prepared, IntensityOrigin::SelfIntensity, ChannelVariant(6), out.pixels(), out.stride,
-      image.pixels(), image.stride, 4, 3, DefaultRecord(), 1.0f, nullptr, 0, 0, 0, 0, 0);
+  PrepareStretchKernel<TestFixture::kDepth>(prepared, IntensityOrigin::SelfIntensity,
+                                            ChannelVariant(6),
+                                            {out.pixels(), out.stride, image.pixels(), image.stride,
+                                             4, 3, DefaultRecord(), 1.0f, nullptr, 0, 0, 0, 0, 0});
   EXPECT_EQ(prepared.lineCount(), 0);
-  PrepareStretchKernel<TestFixture::kDepth>(
-      prepared, IntensityOrigin::SelfIntensity, ChannelVariant::Luma, out.pixels(), out.stride,
-      image.pixels(), image.stride, 0, 3, DefaultRecord(), 1.0f, nullptr, 0, 0, 0, 0, 0);
+  PrepareStretchKernel<TestFixture::kDepth>(prepared, IntensityOrigin::SelfIntensity,
+                                            ChannelVariant::Luma,
+                                            {out.pixels(), out.stride, image.pixels(), image.stride,
+                                             0, 3, DefaultRecord(), 1.0f, nullptr, 0, 0, 0, 0, 0});
   EXPECT_EQ(prepared.lineCount(), 0);
   EXPECT_FALSE(prepared.UseInstructionSet(KernelInstructionSet::Baseline));
   prepared.RenderLines(0, 10);
