@@ -12,6 +12,7 @@
 #include "cli/Errors.h"
 #include "cli/RenderBackend.h"
 #include "hostsim/Host.h"
+#include "sdk/FixedDegrees.h"
 
 namespace morvane::cli {
 
@@ -128,7 +129,7 @@ ControlDescription SpecOf(const PF_ParamDef& def, int32_t position) {
       break;
     case PF_Param_ANGLE:
       control.type = ControlType::Angle;
-      control.defaultValue = def.u.ad.dephault / 65536.0;
+      control.defaultValue = DegreesFromFixed(def.u.ad.dephault);
       break;
     case PF_Param_CHECKBOX:
       control.type = ControlType::Checkbox;
@@ -145,9 +146,9 @@ ControlDescription SpecOf(const PF_ParamDef& def, int32_t position) {
 }
 
 // Host values of a setting in the units the simulated host takes: angles in
-// degrees (16.16 / 65536 is exact, so the host's rounding gives the value back).
+// degrees (exact, so the host's rounding gives the 16.16 value back).
 double HostUnits(const ControlSetting& setting, double value) {
-  return setting.type == ControlType::Angle ? value / 65536.0 : value;
+  return setting.type == ControlType::Angle ? DegreesFromFixed(static_cast<int32_t>(value)) : value;
 }
 
 // A world of the host holding `image`; disposed of at the end of the scope.

@@ -42,7 +42,7 @@ double DefaultOf(const PF_ParamDef& def) {
     case PF_Param_FLOAT_SLIDER:
       return def.u.fs_d.dephault;
     case PF_Param_ANGLE:
-      return def.u.ad.dephault / 65536.0;
+      return morvane::DegreesFromFixed(def.u.ad.dephault);
     case PF_Param_CHECKBOX:
       return def.u.bd.dephault;
     default:
