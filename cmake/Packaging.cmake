@@ -3,7 +3,22 @@
 # in <prefix>/lib/morvane, the frei0r modules in <prefix>/lib/frei0r-1 (where ffmpeg, MLT and
 # GStreamer look by default) and the README. The run-time libraries the programs link are found
 # by dpkg-shlibdeps and declared as the package's dependencies.
+#
+# In the Windows cross build the package is a zip (`cpack -G ZIP` in build/windows-release, made
+# by scripts/build-windows.sh): a folder Morvane-<version>-win64 holding Morvane.aex and
+# INSTALL.txt, which says where it goes.
 include_guard(GLOBAL)
+
+set(CPACK_PACKAGE_NAME morvane)
+set(CPACK_PACKAGE_VENDOR Orbrenn)
+if(WIN32)
+  install(TARGETS morvane_module LIBRARY DESTINATION . RUNTIME DESTINATION .)
+  install(FILES "${CMAKE_CURRENT_LIST_DIR}/INSTALL-windows.txt" DESTINATION . RENAME INSTALL.txt)
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_PACKAGE_FILE_NAME "Morvane-${PROJECT_VERSION}-win64")
+  include(CPack)
+  return()
+endif()
 
 if(TARGET morvane_module AND NOT WIN32)
   install(TARGETS morvane_module LIBRARY DESTINATION lib/morvane)
@@ -15,8 +30,6 @@ endif()
 install(FILES "${PROJECT_SOURCE_DIR}/README.md" DESTINATION share/doc/morvane)
 
 set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_NAME morvane)
-set(CPACK_PACKAGE_VENDOR Orbrenn)
 set(CPACK_PACKAGE_CONTACT Orbrenn)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY
     "Morvane: stretches every row or column of an image by its pixels' intensity")

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the project needs. Idempotent; run as root (or with sudo).
-# Usage: scripts/install-deps.sh [--bench] [--windows] [--wine]
+# Usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm]
 #   --bench    OpenCV, which only the benchmark uses (as the cv::remap peer)
 #   --windows  the MinGW-w64 cross compiler for the Windows module
 #   --wine     Wine, to run the Windows module's checks
+#   --farm     Slurm and MUNGE, for the README's render-farm example (a one-node cluster)
 set -euo pipefail
 
 packages=(
@@ -12,14 +13,16 @@ packages=(
   libopenimageio-dev openimageio-tools libcli11-dev
   clang clang-format libclang-rt-14-dev
   frei0r-plugins-dev ffmpeg melt
+  gstreamer1.0-tools gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad
 )
 for option in "$@"; do
   case "$option" in
     --bench) packages+=(libopencv-dev) ;;
     --windows) packages+=(g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64) ;;
     --wine) packages+=(wine64) ;;
+    --farm) packages+=(slurm-wlm munge) ;;
     *)
-      echo "usage: scripts/install-deps.sh [--bench] [--windows] [--wine]" >&2
+      echo "usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm]" >&2
       exit 2
       ;;
   esac
