@@ -7,28 +7,14 @@
 #
 #   check-isa-symbols.sh <namespace> <getter> <object files...>
 set -euo pipefail
-if [[ $# -lt 3 ]]; then
-  echo "usage: $0 <namespace> <getter> <object files...>" >&2
-  exit 2
-fi
-namespace=$1
-getter=$2
-shift 2
-status=0
-for object in "$@"; do
+[[ $# -ge 3 ]] || { echo "usage: $0 <namespace> <getter> <object files...>" >&2; exit 2; }
+namespace=$1 getter=$2 status=0
+for object in "${@:3}"; do
   symbols=$(nm -C --defined-only --extern-only "$object")
   # Defined external code symbols: T (text), W (weak), i (indirect function).
-  stray=$(awk '$2 ~ /^[TWi]$/' <<<"$symbols" | grep -v -e "::${namespace}::" -e "::${getter}<" ||
-          true)
-  if [[ -n "$stray" ]]; then
-    echo "$object defines code outside ${namespace}:" >&2
-    echo "$stray" >&2
-    status=1
-  fi
+  stray=$(awk '$2 ~ /^[TWi]$/' <<<"$symbols" | grep -v -e "::${namespace}::" -e "::${getter}<" || true)
+  [[ -z "$stray" ]] || { printf '%s defines code outside %s:\n%s\n' "$object" "$namespace" "$stray" >&2; status=1; }
   # Every file must define its getter, or the check looked at the wrong objects.
-  if ! grep -q "::${getter}<" <<<"$symbols"; then
-    echo "$object does not define ${getter}" >&2
-    status=1
-  fi
+  grep -q "::${getter}<" <<<"$symbols" || { echo "$object does not define ${getter}" >&2; status=1; }
 done
 exit $status

@@ -1,13 +1,12 @@
 #!/usr/bin/env python3
-"""Inspects the Windows effect module as a host sees it before running any of its code.
-
-Usage: check-windows-module.py MODULE.aex PIPL_FILE
-
-Faults: not a PE32+ DLL for x86-64; exports other than exactly PluginDataEntryFunction and
-EffectMain by name; an import (ordinary or delay-loaded) from a DLL that is not part of Windows,
-such as the compiler's run-time; a resource "PIPL" other than 16000 in language 1033, or one whose
-bytes are not PIPL_FILE's (the generator's). Prints what it found; exits 1 on any fault.
-"""
+# Inspects the Windows effect module as a host sees it before running any of its code.
+#
+# Usage: check-windows-module.py MODULE.aex PIPL_FILE
+#
+# Faults: not a PE32+ DLL for x86-64; exports other than exactly PluginDataEntryFunction and
+# EffectMain by name; an import (ordinary or delay-loaded) from a DLL that is not part of Windows,
+# such as the compiler's run-time; a resource "PIPL" other than 16000 in language 1033, or one whose
+# bytes are not PIPL_FILE's (the generator's). Prints what it found; exits 1 on any fault.
 import re
 import struct
 import sys
@@ -18,8 +17,7 @@ SYSTEM_DLL = re.compile(
     r"|shlwapi|version|winmm|comctl32|crypt32|secur32|dbghelp|api-ms-win-[a-z0-9-]+)\.dll")
 
 
-def inspect(data, pipl, pipl_path):
-    """(what the module holds, faults)."""
+def inspect(data, pipl, pipl_path):  # -> (what the module holds, faults)
     u16 = lambda at: struct.unpack_from("<H", data, at)[0]
     u32 = lambda at: struct.unpack_from("<I", data, at)[0]
     pe = u32(0x3C)
@@ -104,5 +102,5 @@ def main(module_path, pipl_path):
 
 if __name__ == "__main__":
     if len(sys.argv) != 3:
-        sys.exit(__doc__.splitlines()[2])
+        sys.exit("usage: check-windows-module.py MODULE.aex PIPL_FILE")
     sys.exit(main(*sys.argv[1:]))

@@ -7,10 +7,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-if [ ! -f build/windows-release/Morvane.aex ]; then
-  echo "build/windows-release/Morvane.aex is missing: run scripts/build-windows.sh first" >&2
-  exit 1
-fi
+[ -f build/windows-release/Morvane.aex ] ||
+  { echo "build/windows-release/Morvane.aex is missing: run scripts/build-windows.sh first" >&2; exit 1; }
 bash scripts/install-deps.sh --wine
 # Configured again so that the build finds Wine, then the Wine tests' programs brought up to date.
 cmake --preset windows-release >/dev/null

@@ -9,17 +9,13 @@ set -euo pipefail
 build="$(realpath "$1")"
 cli="$(realpath "${MORVANE_CLI:-$build/cli/morvane}")"
 export FREI0R_PATH="$build/frei0r-1"
-for tool in ffmpeg melt timeout "$cli"; do
-  command -v "$tool" >/dev/null || { echo "test-frei0r: $tool is missing" >&2; exit 1; }
-done
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 cd "$work"
 
 # A 160 x 96 clip with transparent, half-transparent and opaque areas, and a different clip for the
 # "Intensity Source"; as NUT for the hosts, and their first 3 frames as raw RGBA and PNG files.
-frames=3
-last=$((frames - 1))
+frames=3 last=2
 ff() { ffmpeg -nostdin -hide_banner -loglevel error -y "$@"; }
 ff -f lavfi -i "testsrc2=size=160x96:rate=5:duration=2,format=rgba,geq=r='r(X,Y)':g='g(X,Y)':b='b(X,Y)':a='if(lt(X,40),if(lt(Y,30),0,128),255)'" \
   -c:v rawvideo src.nut
@@ -28,15 +24,11 @@ for clip in src layer; do
   ff -i $clip.nut -frames:v $frames -f rawvideo -pix_fmt rgba $clip.rgba
   ff -i $clip.nut -frames:v $frames -start_number 0 $clip-%d.png
 done
-printf '%s\n' description=test width=160 height=96 frame_rate_num=5 frame_rate_den=1 progressive=1 \
-  sample_aspect_num=1 sample_aspect_den=1 display_aspect_num=160 display_aspect_den=96 \
-  colorspace=709 >profile
 
 failed=0
 check() { # check NAME EXPECTED ACTUAL: all $frames frames, equal
   [ "$(stat -c %s "$3")" = "$(stat -c %s src.rgba)" ] && cmp -s "$2" "$3" && echo "ok      $1" && return
-  failed=$((failed + 1))
-  echo "FAILED  $1 ($(cmp "$2" "$3" 2>&1 | head -1))"
+  failed=$((failed + 1)) && echo "FAILED  $1 ($(cmp "$2" "$3" 2>&1 | head -1))"
 }
 expect() { # expect OUT.rgba OPTIONS...: the frames `morvane render` makes
   rm -f cli-*.png
@@ -51,13 +43,9 @@ expect() { # expect OUT.rgba OPTIONS...: the frames `morvane render` makes
 # Such a run (nothing written, a clean exit or the time limit, which a normal run of these three
 # small frames stays far below) is repeated, up to 10 runs in all.
 melt_render() { # melt_render OUT.rgba MELT-ARGS...
-  local status
   for _ in 1 2 3 4 5 6 7 8 9 10; do
-    rm -f melt.nut
-    status=0
-    timeout -k 5 120 melt -silent -profile profile "${@:2}" -consumer avformat:melt.nut \
-      vcodec=rawvideo pix_fmt=rgba mlt_image_format=rgba an=1 real_time=0 </dev/null \
-      >melt.log 2>&1 || status=$?
+    rm -f melt.nut && status=0 && timeout -k 5 120 melt -silent "${@:2}" -consumer avformat:melt.nut \
+      vcodec=rawvideo pix_fmt=rgba mlt_image_format=rgba an=1 real_time=0 </dev/null >melt.log 2>&1 || status=$?
     [ -s melt.nut ] || [[ ! $status =~ ^(0|124|137)$ ]] && break
     echo "note: melt wrote nothing (exit $status); running it again" >&2
   done
@@ -86,8 +74,7 @@ for entry in "${cases[@]}"; do
   check "ffmpeg $name" expected.rgba ffmpeg.rgba
   # melt takes the same values by parameter index, the bool as 1 or 0.
   IFS='|' read -ra values <<<"$(sed 's/|y|/|1|/; s/|n|/|0|/' <<<"$params")"
-  properties=()
-  for i in "${!values[@]}"; do properties+=("$i=${values[i]}"); done
+  mapfile -t properties < <(for i in "${!values[@]}"; do echo "$i=${values[i]}"; done)
   melt_render melt.rgba src.nut out=$last -filter frei0r.morvane "${properties[@]}"
   check "melt $name" expected.rgba melt.rgba
 done
