@@ -3,15 +3,16 @@
 # make. Every block is run here or named below with the reason it is not; any other block fails the
 # test. In order: the sample render (its output is the README's picture); the install line, which
 # builds the release preset, makes the Debian package and installs it, after which the package's
-# `morvane` (on the PATH, loading /usr/lib/morvane/Morvane.so) renders what the build folder's does;
-# the renderer's examples; the farm example on a one-node Slurm cluster started here, with 6 frames
-# in chunks of 2, whose frames must equal one local render of the whole shot and, with one frame
-# made unreadable, whose task for that chunk must fail with the renderer's exit code; and the
-# ffmpeg, melt and GStreamer examples on a short clip made here, with the installed frei0r modules
-# (no FREI0R_PATH), whose frames must be bit for bit what `morvane render` makes of them. The
-# package is removed, the daemons are stopped and the temporary folder is deleted at the end.
-# Usage: scripts/test-readme.sh   (as root, after building the default preset; about 2 minutes
-#   when the release preset is built already). Installs what it needs (scripts/install-deps.sh).
+# `morvane` (on the PATH, loading /usr/lib/morvane/Morvane.so) renders what the build folder's
+# does; the renderer's examples (the curve graph is the README's picture); the farm example on a
+# one-node Slurm cluster started here, with 6 frames in chunks of 2, whose frames must equal one
+# local render of the whole shot and, with one frame made unreadable, whose task for that chunk
+# must fail with the renderer's exit code; and the ffmpeg, melt and GStreamer examples on a short
+# clip made here, with the installed frei0r modules (no FREI0R_PATH), whose frames must be bit for
+# bit what `morvane render` makes of them. The package is removed, the daemons are stopped and the
+# temporary folder is deleted at the end.
+# Usage: scripts/test-readme.sh   (as root, after building the default preset; under a minute when
+#   the release preset is built already). Installs what it needs (scripts/install-deps.sh --farm).
 set -euo pipefail
 repo="$(realpath "$(dirname "$0")/..")"
 fail() { echo "FAILED   $*" >&2; exit 1; }
