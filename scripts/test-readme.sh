@@ -43,7 +43,7 @@ farm() { # farm EXAMPLE: a one-node cluster here; the job's own command run loca
   printf '%s\n' ClusterName=readme "SlurmctldHost=$(hostname -s)" "AuthInfo=socket=$work/munge.sock" \
     ProctrackType=proctrack/linuxproc "StateSaveLocation=$work" "SlurmdSpoolDir=$work/spool" "$(slurmd -C | head -1)" \
     "SlurmctldPidFile=$work/slurmctld.pid" "SlurmdPidFile=$work/slurmd.pid" "PartitionName=all Nodes=ALL Default=YES" >"$SLURM_CONF"
-  slurmctld; slurmd; timeout 60 sh -c 'until sinfo -h -o %T | grep -qx idle; do sleep 1; done'
+  slurmctld; slurmd; timeout 60 sh -c 'until sinfo -h -o %T | grep -qx idle; do sleep 1; done' || fail "no idle node"
   # 6 frames in chunks of 2 (were the example's counts not set so, its tasks would fail). The job's
   # command run once here, as the one task of a chunk as long as the shot, renders it all in whole/.
   sed 's/^export frames=240 chunk=24$/export frames=6 chunk=2/' "$1" >farm.sh
@@ -52,7 +52,7 @@ farm() { # farm EXAMPLE: a one-node cluster here; the job's own command run loca
   for task2 in "COMPLETED 0:0" "FAILED 1:0"; do # then frame 3 cannot be read: the task of frames 3-4 fails
     rm -rf out; [ "$task2" = "COMPLETED 0:0" ] || echo unreadable >shot.0003.exr
     run . farm.sh; job=$(grep -o '[0-9]*$' farm.sh.log)
-    timeout 300 sh -c "while squeue -h -j $job | grep -q .; do sleep 1; done"
+    timeout 300 sh -c "while squeue -h -j $job | grep -q .; do sleep 1; done" || fail "job $job is not done"
     tasks=$(scontrol -o show job "$job" |
       awk -F'[ =]' '{ for (i = 1; i < NF; i++) v[$i] = $(i + 1); print v["ArrayTaskId"], v["JobState"], v["ExitCode"] }' | sort -n | paste -sd,)
     check "array tasks: $tasks" [ "$tasks" = "0 COMPLETED 0:0,1 $task2,2 COMPLETED 0:0" ]
