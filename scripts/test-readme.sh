@@ -38,17 +38,17 @@ ff -i in.mov -start_number 0 in-%d.png; cp in-0.png in.png; frames -i in.mov in.
 ff -f lavfi -i testsrc2=size=64x48:rate=5 -frames:v 6 -start_number 1 -pix_fmt gbrpf32le shot.%04d.exr
 
 farm() { # farm EXAMPLE: a one-node cluster here; the job's own command run locally, then the example
-  mungekey -c -k munge.key && munged -f --key-file="$work/munge.key" --socket="$work/munge.sock" --pid-file="$work/munged.pid" \
-    --log-file="$work/munged.log" --seed-file="$work/munged.seed"
+  mungekey -c -k munge.key && munged -f --key-file="$work/munge.key" --socket="$work/munge.sock" \
+    --pid-file="$work/munged.pid" --log-file="$work/munged.log" --seed-file="$work/munged.seed"
   printf '%s\n' ClusterName=readme "SlurmctldHost=$(hostname -s)" "AuthInfo=socket=$work/munge.sock" \
     ProctrackType=proctrack/linuxproc "StateSaveLocation=$work" "SlurmdSpoolDir=$work/spool" "$(slurmd -C | head -1)" \
     "SlurmctldPidFile=$work/slurmctld.pid" "SlurmdPidFile=$work/slurmd.pid" "PartitionName=all Nodes=ALL Default=YES" >"$SLURM_CONF"
   slurmctld; slurmd; timeout 60 sh -c 'until sinfo -h -o %T | grep -qx idle; do sleep 1; done' || fail "no idle node"
-  # 6 frames in chunks of 2 (were the example's counts not set so, its tasks would fail). The job's
+  # 6 frames in chunks of 2 (should the example set its counts otherwise, its tasks fail). The job's
   # command run once here, as the one task of a chunk as long as the shot, renders it all in whole/.
   sed 's/^export frames=240 chunk=24$/export frames=6 chunk=2/' "$1" >farm.sh
   sed -n "/--wrap '/,\$ { /--wrap/d; s/'\$//; s#out/#whole/#; p }" farm.sh >whole.sh
-  mkdir whole; frames=6 chunk=6 SLURM_ARRAY_TASK_ID=0 bash -euo pipefail whole.sh >/dev/null 2>&1
+  mkdir whole; frames=6 chunk=6 SLURM_ARRAY_TASK_ID=0 bash -euo pipefail whole.sh >/dev/null 2>&1 || fail "one run"
   for task2 in "COMPLETED 0:0" "FAILED 1:0"; do # then frame 3 cannot be read: the task of frames 3-4 fails
     rm -rf out; [ "$task2" = "COMPLETED 0:0" ] || echo unreadable >shot.0003.exr
     run . farm.sh; job=$(grep -o '[0-9]*$' farm.sh.log)
