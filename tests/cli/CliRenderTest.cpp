@@ -14,6 +14,7 @@
 #include <fstream>
 #include <map>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -125,6 +126,7 @@ struct Case {
   std::vector<std::string> unsaid = {};
   int lines = -1;  // printed (a render prints one per frame)
   int look = -1;   // the curve graph written: the row of kCurveGraphs it shows
+  friend void PrintTo(const Case& c, std::ostream* os) { *os << c.label; }
 };
 
 std::string WithFrame(std::string name, int frame) {
@@ -326,7 +328,8 @@ INSTANTIATE_TEST_SUITE_P(Cases, Morvane, ::testing::Values(
          "\"Image Shift Phase Sync\": on|off (default on)", "--shading-channels ITEM",
          "--intensity-source FILE", "--out-depth", "--jobs", "--overwrite", "Exit codes"}},
     Case{"Info", "info", 0, {"Morvane", "category     Orbrenn", "match name   morvane",
-         "version      1.6", "\"Curve Graph\" drawn by the effect", "--transparency-feather"}},
+         "version      1.6", "\"Curve Graph\" drawn by the effect", "--transparency-feather",
+         "0x06008000  CUSTOM_UI | DEEP_COLOR_AWARE | SEND_UPDATE_PARAMS_UI\n"}},
     Case{"InfoInAnOlderHost", "info --host=ae-13.8", 0, {"--direction"}, {}, {}, {"Curve Graph"}},
     Case{"CurveGraphZoomed", "curve-graph @g.png --stretch-curve 'Exp Down' --curve-phase -3.75 "
          "--curve-smoothness 4 --zoom 2", 0, {"(100 x 100)"}, {"g.png"}, {}, {}, -1, 12},

@@ -175,6 +175,8 @@ TEST(Frei0rModules, DescribeThemselvesAndTheirParametersToTheHost) {
     EXPECT_EQ(info.plugin_type, type);
     EXPECT_EQ(info.color_model, F0R_COLOR_MODEL_RGBA8888);
     ASSERT_EQ(info.num_params, int(std::size(kParams)));
+    EXPECT_EQ(module->construct(0, kHeight), nullptr);  // a frame with no pixels is refused
+    EXPECT_EQ(module->construct(kWidth, 0), nullptr);
     const Instance instance = Construct(*module);
     for (int i = 0; i < info.num_params; ++i) {
       f0r_param_info_t param{};
