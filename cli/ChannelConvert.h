@@ -47,6 +47,16 @@ inline uint16_t InternalSixteenToFile(uint16_t x) {
       RoundClamped(static_cast<double>(x) * 65535.0 / 32768.0, 0.0, 65535.0));
 }
 
+// A 16-bit file value straight to float (white 1.0) and back: each of the 65536 levels has a
+// float of its own, so a render at 32f loses none of them.
+inline float FileSixteenToFloat(uint16_t v) {
+  return static_cast<float>(v) / 65535.0f;
+}
+
+inline uint16_t FloatToFileSixteen(float f) {
+  return static_cast<uint16_t>(RoundClamped(static_cast<double>(f) * 65535.0, 0.0, 65535.0));
+}
+
 // Converts one effect channel value between depths, named by their channel types.
 // 8 <-> 16 bit goes through float.
 template <typename To, typename From>

@@ -86,16 +86,25 @@ AnyPixels Reordered(const AnyPixels& from, Depth depth, int32_t width, int32_t h
 
 }  // namespace
 
+// A 16-bit file and float go straight to each other; every other pair through the effect's scale.
 ArgbImage FileToEffect(const FileImage& file, Depth depth) {
-  return ArgbImage{Reordered<true>(
-      file.pixels, depth, file.width(), file.height(),
-      []<typename To>(auto value) { return ConvertChannel<To>(FileValueToEffect(value)); })};
+  return ArgbImage{
+      Reordered<true>(file.pixels, depth, file.width(), file.height(), []<typename To>(auto value) {
+        if constexpr (std::is_same_v<decltype(value), uint16_t> && std::is_same_v<To, float>)
+          return FileSixteenToFloat(value);
+        else
+          return ConvertChannel<To>(FileValueToEffect(value));
+      })};
 }
 
 FileImage EffectToFile(const ArgbImage& image, Depth fileDepth) {
   return FileImage{Reordered<false>(
-      image.pixels, fileDepth, image.width(), image.height(),
-      []<typename To>(auto value) { return EffectValueToFile(ConvertChannel<To>(value)); })};
+      image.pixels, fileDepth, image.width(), image.height(), []<typename To>(auto value) {
+        if constexpr (std::is_same_v<decltype(value), float> && std::is_same_v<To, uint16_t>)
+          return FloatToFileSixteen(value);
+        else
+          return EffectValueToFile(ConvertChannel<To>(value));
+      })};
 }
 
 }  // namespace morvane::cli

@@ -33,7 +33,9 @@ Depths:
   is given; a format that cannot hold it narrows it: PNG stores 32f as 16-bit,
   JPEG, BMP and TGA store 8-bit, OpenEXR stores 8 and 16 as half float.
   Conversions (rounding half away from zero, products in double):
-    16-bit file v -> round(v * 32768 / 65535); back round(x * 65535 / 32768)
+    16-bit file v -> 16-bit round(v * 32768 / 65535); back round(x * 65535 / 32768)
+    16-bit file v -> float v / 65535; float -> 16-bit file round(f * 65535),
+      clamped to 0..65535 (every level of the file kept, as OpenFX hosts render)
     8-bit -> float v / 255; float -> 8-bit round(f * 255), clamped to 0..255
     16-bit -> float x / 32768; float -> 16-bit round(f * 32768), clamped 0..32768
     8 <-> 16 bits through float.

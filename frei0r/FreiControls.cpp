@@ -1,6 +1,5 @@
 #include "frei0r/FreiControls.h"
 
-#include <charconv>
 #include <cstdio>
 #include <string_view>
 
@@ -14,14 +13,6 @@ std::string Number(double value) {
   char text[32];
   std::snprintf(text, sizeof text, "%g", value);
   return text;
-}
-
-double Decimal(float value) {
-  char text[32];
-  const auto written = std::to_chars(text, text + sizeof text, value);
-  double decimal = 0.0;
-  std::from_chars(text, written.ptr, decimal);
-  return decimal;
 }
 
 std::vector<std::string> KebabItems(const Control& control) {
@@ -66,8 +57,8 @@ std::vector<FreiControl> MakeFreiControls() {
   for (const Control* control : ValueControls()) {
     FreiControl frei{control,
                      KebabItems(*control),
-                     Decimal(control->slider.minimum),
-                     Decimal(control->slider.maximum),
+                     WrittenDecimal(control->slider.minimum),
+                     WrittenDecimal(control->slider.maximum),
                      {}};
     frei.explanation = Explanation(*control, frei.items, frei.min, frei.max);
     controls.push_back(std::move(frei));

@@ -1,5 +1,6 @@
 // How a control or popup item is spelled on a command line or in a frei0r host: its name in
-// kebab-case ("Luma (no Alpha)" is "luma-no-alpha", "Edge Mode" is "edge-mode").
+// kebab-case ("Luma (no Alpha)" is "luma-no-alpha", "Edge Mode" is "edge-mode"); and how a
+// control is named for scripts in an OpenFX host: the same words in lowerCamelCase ("edgeMode").
 #pragma once
 
 #include <string>
@@ -22,6 +23,21 @@ inline std::string KebabCase(std::string_view text) {
       out += upper ? static_cast<char>(c - 'A' + 'a') : c;
     } else {
       pendingDash = true;
+    }
+  }
+  return out;
+}
+
+// The kebab-case words joined in lowerCamelCase: letters and digits only.
+inline std::string LowerCamelCase(std::string_view text) {
+  std::string out;
+  bool upperNext = false;
+  for (const char c : KebabCase(text)) {
+    if (c == '-') {
+      upperNext = true;
+    } else {
+      out += upperNext && c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+      upperNext = false;
     }
   }
   return out;

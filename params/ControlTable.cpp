@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstring>
 #include <string_view>
 
@@ -164,6 +165,14 @@ double DefaultValue(const Control& control) {
     default:  // the first item of a popup, 0 degrees
       return 0.0;
   }
+}
+
+double WrittenDecimal(PF_FpShort value) {
+  char text[32];
+  const auto written = std::to_chars(text, text + sizeof text, value);
+  double decimal = 0.0;
+  std::from_chars(text, written.ptr, decimal);
+  return decimal;
 }
 
 double ValueOf(const Control& control, const PF_ParamDef& def) {

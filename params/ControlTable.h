@@ -67,6 +67,10 @@ A_short PopupItemCount(const Control& control);
 // degrees for an angle, 0 or 1 for the checkbox. The default is the declared one.
 double DefaultValue(const Control& control);
 
+// A slider's end or default as the decimal number its single-precision declaration was written
+// as (0.01, not 0.0099999998): what hosts that take doubles are given.
+double WrittenDecimal(PF_FpShort value);
+
 // A host definition's value in the control's own units (popups arrive 1-based).
 double ValueOf(const Control& control, const PF_ParamDef& def);
 

@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the project needs. Idempotent; run as root (or with sudo).
-# Usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm]
+# Usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm] [--openfx]
 #   --bench    OpenCV, which only the benchmark uses (as the cv::remap peer)
 #   --windows  the MinGW-w64 cross compiler for the Windows module
 #   --wine     Wine, to run the Windows module's checks
 #   --farm     Slurm and MUNGE, for the README's render-farm example (a one-node cluster)
+#   --openfx   what building melt with MLT's OpenFX host needs (scripts/build-mlt-openfx.sh)
 set -euo pipefail
 
 packages=(
@@ -21,8 +22,12 @@ for option in "$@"; do
     --windows) packages+=(g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64) ;;
     --wine) packages+=(wine64) ;;
     --farm) packages+=(slurm-wlm munge) ;;
+    --openfx)
+      packages+=(libglib2.0-dev libavformat-dev libavfilter-dev libavdevice-dev libswscale-dev
+        libswresample-dev libxml2-dev)
+      ;;
     *)
-      echo "usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm]" >&2
+      echo "usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm] [--openfx]" >&2
       exit 2
       ;;
   esac

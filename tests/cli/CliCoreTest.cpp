@@ -88,12 +88,13 @@ TEST(ChannelConvert, FileAndEffectReorderChannelsAndConvertEach) {
     bool toEffect;
     Depth depth;
     Values expected;
-  } kCases[] = {{true, Depth::Depth16, {0, 32768, 16384, 1}},
-                {true, Depth::Depth8, {0, 255, 128, 0}},
-                {true, Depth::Depth32f, {0.0, 1.0, 0.5, 1.0 / 32768}},
-                {false, Depth::Depth16, {65535, 0, 32768, 16384}},
-                {false, Depth::Depth8, {255, 0, 128, 64}},
-                {false, Depth::Depth32f, {1.5, -1.0, 0.5, 0.25}}};  // float is never clamped
+  } kCases[] = {
+      {true, Depth::Depth16, {0, 32768, 16384, 1}},
+      {true, Depth::Depth8, {0, 255, 128, 0}},
+      {true, Depth::Depth32f, {0.0, 1.0, 32768.0f / 65535, 1.0f / 65535}},  // every level kept
+      {false, Depth::Depth16, {65535, 0, 32768, 16384}},
+      {false, Depth::Depth8, {255, 0, 128, 64}},
+      {false, Depth::Depth32f, {1.5, -1.0, 0.5, 0.25}}};  // float is never clamped
   for (const auto& c : kCases) {
     EXPECT_EQ(ValuesOf(c.toEffect ? FileToEffect(FileImage{file16}, c.depth).pixels
                                   : EffectToFile(ArgbImage{effectF}, c.depth).pixels),

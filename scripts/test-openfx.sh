@@ -1,0 +1,149 @@
+#!/usr/bin/env bash
+# Tests the OpenFX plug-in (Morvane.ofx.bundle) in a real OpenFX host: melt with MLT's `openfx`
+# module, built once per build folder by scripts/build-mlt-openfx.sh. The filter must list every
+# control the effect module declares (`morvane info`) under its script name, with its label,
+# range, default and items; clips rendered through it at 8 and 16 bits must equal, byte for byte,
+# `morvane render` of the frames melt hands the filter (melt's decoding of the clip, taken from a
+# run without the filter) with the same controls. Run by CTest as openfx_host.
+#
+# Usage: scripts/test-openfx.sh BUILD_DIR   (with the bundle and the morvane tool built in it;
+#   MORVANE_CLI overrides the tool)
+set -euo pipefail
+build="$(realpath "$1")"
+repo="$(cd "$(dirname "$0")/.." && pwd)"
+cli="$(realpath "${MORVANE_CLI:-$build/cli/morvane}")"
+# shellcheck source=/dev/null
+source "$(bash "$repo/scripts/build-mlt-openfx.sh" "$build/mlt-openfx")"
+export OFX_PLUGIN_PATH="$build/ofx-plugins"
+filter=openfx.com.orbrenn.morvane
+work="$(mktemp -d)"
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+failed=0
+fail() { failed=$((failed + 1)) && echo "FAILED  $*"; }
+ff() { ffmpeg -nostdin -hide_banner -loglevel error -y "$@"; }
+melt() { "$MORVANE_OFX_MELT" "$@" </dev/null; }
+
+# --- What the host lists.
+melt -query filters >filters.yaml 2>/dev/null
+grep -q -x -- "  - $filter" filters.yaml || fail "melt does not list $filter"
+melt -query "filter=$filter" >query.yaml 2>/dev/null
+"$cli" info >info.txt
+# Every control with an option in `morvane info`, as the host should show it: script name, title,
+# and the default and range (popups: the items as kebab-case) in the control's own units.
+expected_controls() {
+  sed -n 's/^ *[0-9]* *[0-9]* *--\([a-z-]*\) *\([a-z]*\) *"\([^"]*\)": \(.*\)$/\1|\2|\3|\4/p' info.txt |
+    while IFS='|' read -r option kind title rest; do
+      [ "$kind" = layer ] && continue
+      camel=$(sed -E 's/-([a-z0-9])/\U\1/g' <<<"$option")
+      default=$(sed -E 's/.*\(default (.*)\)$/\1/; s/^on$/1/; s/^off$/0/' <<<"$rest")
+      case "$kind" in
+        popup) echo "$camel|$title|$default|${rest%% (default*}" ;;
+        slider) echo "$camel|$title|$default|$(sed -E 's/^([^ ]*) to ([^ ]*).*/\1..\2/' <<<"$rest")" ;;
+        *) echo "$camel|$title|$default|" ;;
+      esac
+    done
+}
+# The same from the host's metadata; popup defaults and items turned into kebab-case.
+listed_controls() {
+  awk 'function kebab(s) { s = tolower(s); gsub(/[()]/, "", s); gsub(/[^a-z0-9]+/, "-", s)
+         gsub(/^-|-$/, "", s); return s }
+       function flush() { if (id != "" && id != "mlt_origin")
+         print id "|" title "|" (type == "string" ? kebab(def) : def) "|" (type == "string" ? items : type == "float" && min != "" && id !~ /Phase$/ ? min ".." max : "") }
+       /^  - identifier:/ { flush(); id = $3; title = def = min = max = items = type = "" }
+       /^    title:/ { sub(/^    title: /, ""); title = $0 }
+       /^    type:/ { type = $2 }
+       /^    default:/ { sub(/^    default: /, ""); def = $0 }
+       /^    minimum:/ { min = $2 } /^    maximum:/ { max = $2 }
+       /^      - / { sub(/^      - /, ""); items = items (items == "" ? "" : "|") kebab($0) }
+       END { flush() }' query.yaml
+}
+diff <(expected_controls) <(listed_controls) >controls.diff || fail "the listed controls: $(cat controls.diff)"
+[ "$(expected_controls | wc -l)" -gt 15 ] || fail "morvane info lists too few controls"
+
+# --- Renders. Options as `morvane render` takes them become the filter's properties: script names
+# in lowerCamelCase, popup items by their labels, on/off as 1/0.
+label() { # label SCRIPT-NAME KEBAB-ITEM: the item's label in the host's list
+  awk -v id="$1" -v want="$2" '/^  - identifier:/ { inside = ($3 == id) }
+    inside && /^      - / { sub(/^      - /, ""); s = tolower($0); gsub(/[()]/, "", s)
+      gsub(/[^a-z0-9]+/, "-", s); gsub(/^-|-$/, "", s); if (s == want) print }' query.yaml
+}
+properties() {
+  while (($# > 1)); do
+    camel=$(sed -E 's/-([a-z0-9])/\U\1/g' <<<"${1#--}")
+    value=$2 && shift 2
+    case "$value" in
+      on) value=1 ;;
+      off) value=0 ;;
+      [a-z]*) value=$(label "$camel" "$value") ;;
+    esac
+    echo "$camel=$value"
+  done
+}
+# melt renders 3 frames of CLIP with MELT-ARGS into raw frames of PIX_FMT. A run that writes
+# nothing (MLT's consumer can miss its own start on a busy machine) is repeated.
+frames=3 last=2
+melt_render() { # melt_render OUT CLIP IMAGE-FORMAT PIX_FMT MELT-ARGS...
+  for _ in 1 2 3 4 5; do
+    rm -f melt.nut && status=0
+    timeout -k 5 120 "$MORVANE_OFX_MELT" -silent "$2" out=$last "${@:5}" -consumer avformat:melt.nut \
+      vcodec=rawvideo pix_fmt="$4" mlt_image_format="$3" an=1 real_time=0 </dev/null >melt.log 2>&1 ||
+      status=$?
+    [ -s melt.nut ] || [[ ! $status =~ ^(0|124|137)$ ]] && break
+  done
+  [ "$status" = 0 ] || cat melt.log >&2
+  ff -i melt.nut -frames:v $frames -f rawvideo -pix_fmt "$4" "$1" || : >"$1"
+}
+check() { # check NAME EXPECTED ACTUAL
+  [ -s "$2" ] && cmp -s "$2" "$3" && echo "ok      $1" && return
+  fail "$1 ($(cmp "$2" "$3" 2>&1 | head -1))"
+}
+
+# A 160 x 96 clip with transparent, half-transparent and opaque areas, at 8 bits and, with
+# levels no 8-bit image has, at 16 bits.
+ff -f lavfi -i "testsrc2=size=160x96:rate=5:duration=1,format=rgba,geq=r='r(X,Y)':g='g(X,Y)':b='b(X,Y)':a='if(lt(X,40),if(lt(Y,30),0,128),255)'" \
+  -c:v rawvideo src8.nut
+ff -i src8.nut -vf "format=gbrap16le,geq=r='r(X,Y)+X*3':g='g(X,Y)+Y*5':b='b(X,Y)':a='alpha(X,Y)+(X+Y)*7',format=rgba64le" \
+  -c:v rawvideo src16.nut
+declare -A format=([8]="rgba rgba rgba" [16]="rgba64 rgba64le rgba64be")  # MLT, raw, PNG
+
+cases=(
+  "8;defaults;"
+  "8;right;--channels rgba --morvane-intensity 80 --morvane 3.2 --pixel-size 3.2 --stretch-curve sine-wave --curve-phase 90 --curve-smoothness 1.6 --stretch-start-offset 10 --distribution-mode linear-ramp-up --distribution-range 1.2 --image-shift-phase 36 --image-shift-phase-sync off --shading sine-wave --shading-interval-size 27 --shading-interval-phase 108 --shading-channels rgb --shading-opacity 50 --edge-mode mirror"
+  "8;left;--direction left --channels luma-no-alpha --morvane 2.5 --pixel-size 0.97 --stretch-curve triangle-wave --curve-phase -45 --distribution-mode linear-ramp-down --distribution-range 0.8 --shading line --shading-interval-size 14 --shading-opacity 80 --edge-mode transparent --transparency-feather 30"
+  "8;down;--direction down --channels rgb-no-alpha --morvane 8 --pixel-size 0.49 --stretch-curve exp-up --shading triangle-wave --shading-interval-size 7 --edge-mode repeat-last"
+  "8;up;--direction up --channels red --morvane 3.8 --stretch-curve exp-down --curve-phase 36 --image-shift-phase 252 --shading linear-ramp-down --edge-mode wrap"
+  "16;defaults;"
+  "16;down;--direction down --channels rgba --morvane 6 --pixel-size 0.6 --stretch-curve sine-wave --shading sine-wave --shading-channels rgb --edge-mode mirror"
+  "16;left;--direction left --morvane 12 --image-shift-phase 90 --edge-mode transparent --transparency-feather 40"
+)
+for bits in 8 16; do
+  read -r image_format pix_fmt png_fmt <<<"${format[$bits]}"
+  # The frames melt hands the filter, as PNG files for `morvane render`.
+  melt_render in$bits.raw src$bits.nut "$image_format" "$pix_fmt"
+  ff -f rawvideo -pix_fmt "$pix_fmt" -s 160x96 -i in$bits.raw -start_number 0 -pix_fmt "$png_fmt" in$bits-%d.png
+  # "Morvane Intensity" 0 gives every level back.
+  melt_render melt.raw src$bits.nut "$image_format" "$pix_fmt" -filter $filter morvaneIntensity=0 morvane=9
+  check "$bits-bit, intensity 0 gives the frames back" in$bits.raw melt.raw
+done
+# The 16-bit frames hold levels that 8 bits cannot, so a render at 8 bits would show.
+python3 -c "import sys; d = open(sys.argv[1], 'rb').read(); sys.exit(all(d[i] == d[i + 1] for i in range(0, len(d), 2)))" in16.raw ||
+  fail "the 16-bit clip has only 8-bit levels"
+
+for entry in "${cases[@]}"; do
+  IFS=';' read -r bits name options <<<"$entry"
+  read -ra options <<<"$options"
+  read -r image_format pix_fmt _ <<<"${format[$bits]}"
+  depth=$([ "$bits" = 8 ] && echo 8 || echo 32f)
+  rm -f cli-*.png
+  "$cli" render in$bits-%d.png cli-%d.png --frames 0-$last --depth $depth --out-depth $bits \
+    "${options[@]}" >cli.log 2>&1 || cat cli.log >&2
+  ff -start_number 0 -i cli-%d.png -f rawvideo -pix_fmt "$pix_fmt" expected.raw || : >expected.raw
+  cmp -s expected.raw in$bits.raw && fail "$bits-bit $name changes nothing"
+  mapfile -t props < <(properties "${options[@]}")
+  melt_render melt.raw src$bits.nut "$image_format" "$pix_fmt" -filter $filter "${props[@]}"
+  check "$bits-bit $name" expected.raw melt.raw
+done
+
+echo "OpenFX host: $failed failed"
+[ "$failed" = 0 ]

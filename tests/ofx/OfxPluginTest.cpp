@@ -1,0 +1,368 @@
+// The OpenFX plug-in loaded by its two exported functions into a small host of this test's own:
+// renders at float depth (which MLT never asks for) with images whose bounds do not start at 0
+// and whose rows run bottom-up, compared bit for bit with DispatchStretch; and the statuses of
+// hostile uses.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <cstdarg>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "ofx/Actions.h"
+#include "ofx/HostImage.h"
+#include "params/ControlTable.h"
+#include "render/DispatchStretch.h"
+
+// The host's suites fill only the functions the plug-in calls.
+#pragma GCC diagnostic ignored "-Wmissing-field-initializers"
+
+namespace morvane::ofx {
+namespace {
+
+struct PropSet {
+  std::map<std::string, std::vector<std::string>> strings;
+  std::map<std::string, std::vector<double>> doubles;
+  std::map<std::string, std::vector<int>> ints;
+  std::map<std::string, void*> pointers;
+};
+struct Param {
+  std::string type;
+  PropSet props;
+};
+struct Clip {
+  PropSet props;
+  PropSet image;  // what clipGetImage hands over; no image without data
+};
+struct Effect {
+  PropSet props;
+  std::map<std::string, Param> params;
+  std::map<std::string, Clip> clips;
+  std::string message;
+};
+
+PropSet* P(OfxPropertySetHandle h) {
+  return reinterpret_cast<PropSet*>(h);
+}
+template <typename T>
+OfxStatus Set(std::map<std::string, std::vector<T>>& map, const char* name, int i, T value) {
+  auto& values = map[name];
+  if (values.size() <= std::size_t(i)) values.resize(i + 1);
+  values[i] = value;
+  return kOfxStatOK;
+}
+template <typename T, typename Out>
+OfxStatus Get(std::map<std::string, std::vector<T>>& map, const char* name, int i, Out* out) {
+  const auto found = map.find(name);
+  if (found == map.end() || found->second.size() <= std::size_t(i)) return kOfxStatErrUnknown;
+  *out = Out(found->second[i]);
+  return kOfxStatOK;
+}
+
+const OfxPropertySuiteV1 kProperties = {
+    .propSetPointer =
+        [](OfxPropertySetHandle h, const char* n, int, void* v) {
+          P(h)->pointers[n] = v;
+          return kOfxStatOK;
+        },
+    .propSetString = [](OfxPropertySetHandle h, const char* n, int i,
+                        const char* v) { return Set(P(h)->strings, n, i, std::string(v)); },
+    .propSetDouble = [](OfxPropertySetHandle h, const char* n, int i,
+                        double v) { return Set(P(h)->doubles, n, i, v); },
+    .propSetInt = [](OfxPropertySetHandle h, const char* n, int i,
+                     int v) { return Set(P(h)->ints, n, i, v); },
+    .propSetDoubleN =
+        [](OfxPropertySetHandle h, const char* n, int count, const double* v) {
+          P(h)->doubles[n].assign(v, v + count);
+          return kOfxStatOK;
+        },
+    .propGetPointer =
+        [](OfxPropertySetHandle h, const char* n, int, void** v) {
+          const bool has = P(h)->pointers.count(n) != 0;
+          *v = has ? P(h)->pointers[n] : nullptr;
+          return has ? kOfxStatOK : kOfxStatErrUnknown;
+        },
+    .propGetString =
+        [](OfxPropertySetHandle h, const char* n, int i, char** v) {
+          const auto found = P(h)->strings.find(n);
+          if (found == P(h)->strings.end() || found->second.size() <= std::size_t(i))
+            return kOfxStatErrUnknown;
+          *v = found->second[i].data();
+          return kOfxStatOK;
+        },
+    .propGetDouble = [](OfxPropertySetHandle h, const char* n, int i,
+                        double* v) { return Get(P(h)->doubles, n, i, v); },
+    .propGetInt = [](OfxPropertySetHandle h, const char* n, int i,
+                     int* v) { return Get(P(h)->ints, n, i, v); },
+    .propGetDoubleN =
+        [](OfxPropertySetHandle h, const char* n, int count, double* v) {
+          for (int i = 0; i < count; ++i)
+            if (Get(P(h)->doubles, n, i, v + i) != kOfxStatOK) return kOfxStatErrUnknown;
+          return kOfxStatOK;
+        },
+    .propGetIntN =
+        [](OfxPropertySetHandle h, const char* n, int count, int* v) {
+          for (int i = 0; i < count; ++i)
+            if (Get(P(h)->ints, n, i, v + i) != kOfxStatOK) return kOfxStatErrUnknown;
+          return kOfxStatOK;
+        }};
+
+Effect* E(void* h) {
+  return static_cast<Effect*>(h);
+}
+OfxPropertySetHandle H(PropSet& props) {
+  return reinterpret_cast<OfxPropertySetHandle>(&props);
+}
+
+const OfxImageEffectSuiteV1 kEffects = {
+    [](OfxImageEffectHandle e, OfxPropertySetHandle* p) {
+      *p = H(E(e)->props);
+      return kOfxStatOK;
+    },
+    [](OfxImageEffectHandle e, OfxParamSetHandle* p) {
+      *p = reinterpret_cast<OfxParamSetHandle>(e);
+      return kOfxStatOK;
+    },
+    [](OfxImageEffectHandle e, const char* name, OfxPropertySetHandle* p) {
+      *p = H(E(e)->clips[name].props);
+      return kOfxStatOK;
+    },
+    [](OfxImageEffectHandle e, const char* name, OfxImageClipHandle* c, OfxPropertySetHandle*) {
+      const auto found = E(e)->clips.find(name);
+      *c = found == E(e)->clips.end() ? nullptr
+                                      : reinterpret_cast<OfxImageClipHandle>(&found->second);
+      return *c != nullptr ? kOfxStatOK : kOfxStatErrBadHandle;
+    },
+    [](OfxImageClipHandle c, OfxPropertySetHandle* p) {
+      *p = H(reinterpret_cast<Clip*>(c)->props);
+      return kOfxStatOK;
+    },
+    [](OfxImageClipHandle c, OfxTime, const OfxRectD*, OfxPropertySetHandle* p) {
+      *p = H(reinterpret_cast<Clip*>(c)->image);
+      return reinterpret_cast<Clip*>(c)->image.pointers.count(kOfxImagePropData) ? kOfxStatOK
+                                                                                 : kOfxStatFailed;
+    },
+    [](OfxPropertySetHandle) { return kOfxStatOK; },
+    [](OfxImageClipHandle c, OfxTime, OfxRectD* rod) {
+      const auto& b = reinterpret_cast<Clip*>(c)->image.ints[kOfxImagePropBounds];
+      *rod = {double(b[0]), double(b[1]), double(b[2]), double(b[3])};
+      return kOfxStatOK;
+    },
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr,
+    nullptr};
+
+OfxStatus ParamValue(OfxParamHandle h, OfxTime time, ...) {
+  auto& param = *reinterpret_cast<Param*>(h);
+  va_list args;
+  va_start(args, time);
+  if (param.type == kOfxParamTypeDouble)
+    *va_arg(args, double*) = param.props.doubles[kOfxParamPropDefault][0];
+  else
+    *va_arg(args, int*) = param.props.ints[kOfxParamPropDefault][0];
+  va_end(args);
+  return kOfxStatOK;
+}
+
+const OfxParameterSuiteV1 kParameters = {
+    .paramDefine =
+        [](OfxParamSetHandle s, const char* type, const char* name, OfxPropertySetHandle* p) {
+          Param& param = E(s)->params[name];
+          param.type = type;
+          *p = H(param.props);
+          return kOfxStatOK;
+        },
+    .paramGetHandle =
+        [](OfxParamSetHandle s, const char* name, OfxParamHandle* h, OfxPropertySetHandle*) {
+          *h = reinterpret_cast<OfxParamHandle>(&E(s)->params.at(name));
+          return kOfxStatOK;
+        },
+    .paramGetValueAtTime = ParamValue};
+
+OfxStatus Message(void* h, const char*, const char*, const char* format, ...) {
+  va_list args;
+  va_start(args, format);
+  E(h)->message = va_arg(args, const char*);
+  va_end(args);
+  return kOfxStatOK;
+}
+const OfxMessageSuiteV1 kMessages = {Message};
+
+OfxHost gHost{nullptr, [](OfxPropertySetHandle, const char* name, int) -> const void* {
+                const std::string suite = name;
+                if (suite == kOfxPropertySuite) return &kProperties;
+                if (suite == kOfxImageEffectSuite) return &kEffects;
+                if (suite == kOfxParameterSuite) return &kParameters;
+                return suite == kOfxMessageSuite ? &kMessages : nullptr;
+              }};
+
+OfxPlugin* Plugin() {
+  static void* module = dlopen(MORVANE_OFX_PLUGIN, RTLD_NOW | RTLD_LOCAL);
+  static auto* plugin = reinterpret_cast<OfxPlugin* (*)(int)>(dlsym(module, "OfxGetPlugin"))(0);
+  return plugin;
+}
+
+// Host RGBA float pixels, bottom row first, `pad` floats past each row.
+struct HostPixels {
+  OfxRectI bounds;
+  int pad;
+  std::vector<float> values;
+  int RowFloats() const { return (bounds.x2 - bounds.x1) * 4 + pad; }
+  void Attach(PropSet& image) {
+    values.resize(std::size_t(RowFloats()) * (bounds.y2 - bounds.y1));
+    for (std::size_t i = 0; i < values.size(); ++i)
+      values[i] = float((i * 2654435761u) % 1000) / 997.0f;
+    image.pointers[kOfxImagePropData] = values.data();
+    image.ints[kOfxImagePropRowBytes] = {RowFloats() * 4};
+    image.ints[kOfxImagePropBounds] = {bounds.x1, bounds.y1, bounds.x2, bounds.y2};
+    image.strings[kOfxImageEffectPropPixelDepth] = {kOfxBitDepthFloat};
+    image.strings[kOfxImageEffectPropComponents] = {kOfxImageComponentRGBA};
+  }
+  // The kernel's layout: ARGB, top row first.
+  KernelImage<float> Kernel() const {
+    KernelImage<float> k(bounds.x2 - bounds.x1, bounds.y2 - bounds.y1);
+    for (int r = 0; r < k.height; ++r)
+      for (int x = 0; x < k.width; ++x)
+        for (int c = 0; c < 4; ++c)
+          k.values[(std::size_t(r) * k.width + x) * 4 + (c + 1) % 4] =
+              values[std::size_t(k.height - 1 - r) * RowFloats() + x * 4 + c];
+    return k;
+  }
+};
+
+enum class Fault { None, NoInstance, NoSourceImage, DepthsDiffer };
+
+struct Case {
+  const char* name;
+  const char* context;
+  OfxRectI source, intensity, window;
+  double scale;
+  Fault fault;
+  OfxStatus status;
+  const char* message;  // part of what the user is told, or "" for nothing
+};
+
+void PrintTo(const Case& c, std::ostream* os) {
+  *os << c.name;
+}
+
+class OfxRender : public testing::TestWithParam<Case> {};
+
+TEST_P(OfxRender, EqualsTheDispatcherOrReportsTheFailure) {
+  const Case& c = GetParam();
+  ASSERT_NE(Plugin(), nullptr);
+  Plugin()->setHost(&gHost);
+  ASSERT_EQ(Plugin()->mainEntry(kOfxActionLoad, nullptr, nullptr, nullptr), kOfxStatOK);
+  Effect effect;
+  PropSet args, out;
+  args.strings[kOfxImageEffectPropContext] = {c.context};
+  ASSERT_EQ(Plugin()->mainEntry(kOfxActionDescribe, &effect, nullptr, nullptr), kOfxStatOK);
+  ASSERT_EQ(Plugin()->mainEntry(kOfxImageEffectActionDescribeInContext, &effect, H(args), nullptr),
+            kOfxStatOK);
+  effect.params.at("direction").props.ints[kOfxParamPropDefault] = {2};  // Down
+  effect.params.at("morvane").props.doubles[kOfxParamPropDefault] = {7.5};
+  effect.params.at("edgeMode").props.ints[kOfxParamPropDefault] = {1};  // Mirror
+  effect.props.strings[kOfxImageEffectPropContext] = {c.context};
+  if (c.fault != Fault::NoInstance) {
+    ASSERT_EQ(Plugin()->mainEntry(kOfxActionCreateInstance, &effect, nullptr, nullptr), kOfxStatOK);
+  }
+
+  HostPixels source{c.source, 3, {}}, output{c.source, 0, {}}, intensity{c.intensity, 1, {}};
+  source.Attach(effect.clips["Source"].image);
+  output.Attach(effect.clips["Output"].image);
+  const std::vector<float> before = output.values;
+  const bool layer = !IsEmpty(c.intensity);
+  effect.clips[kIntensityClipName].props.ints[kOfxImageClipPropConnected] = {layer};
+  if (layer) intensity.Attach(effect.clips[kIntensityClipName].image);
+  if (c.fault == Fault::DepthsDiffer)
+    effect.clips["Output"].image.strings[kOfxImageEffectPropPixelDepth] = {kOfxBitDepthShort};
+  if (c.fault == Fault::NoSourceImage) effect.clips["Source"].image.pointers.clear();
+  args.doubles[kOfxPropTime] = {0.0};
+  args.doubles[kOfxImageEffectPropRenderScale] = {c.scale, c.scale};
+  args.ints[kOfxImageEffectPropRenderWindow] = {c.window.x1, c.window.y1, c.window.x2, c.window.y2};
+  EXPECT_EQ(Plugin()->mainEntry(kOfxImageEffectActionRender, &effect, H(args), H(out)), c.status);
+  EXPECT_NE(effect.message.find(c.message), std::string::npos) << effect.message;
+  EXPECT_EQ(effect.message.empty(), *c.message == '\0');
+  if (c.fault != Fault::NoInstance)
+    Plugin()->mainEntry(kOfxActionDestroyInstance, &effect, nullptr, nullptr);
+  if (c.status != kOfxStatOK || IsEmpty(c.window)) {
+    EXPECT_EQ(output.values, before) << "the output was touched";
+    return;
+  }
+
+  // The same pixels through DispatchStretch; pixels outside the window keep what they had.
+  KernelImage<float> in = source.Kernel(), expected(in.width, in.height),
+                     layerPixels = intensity.Kernel();
+  PF_EffectWorld inWorld = in.World(), outWorld = expected.World(),
+                 layerWorld = layerPixels.World();
+  StretchRenderRecord record = DefaultRecord();
+  record.direction = 2;
+  record.stretchAmount = 7.5;
+  record.edgeMode = 1;
+  record.intensityLayer = layer ? &layerWorld : nullptr;
+  DispatchStretch<PixelDepth::Depth32f>(inWorld, outWorld, record, float(c.scale));
+  const KernelImage<float> rendered = output.Kernel();
+  output.values = before;
+  const KernelImage<float> untouched = output.Kernel();
+  for (int r = 0; r < in.height; ++r) {
+    for (int x = 0; x < in.width; ++x) {
+      const int hostX = c.source.x1 + x, hostY = c.source.y2 - 1 - r;
+      const bool inside = hostX >= c.window.x1 && hostX < c.window.x2 && hostY >= c.window.y1 &&
+                          hostY < c.window.y2;
+      const std::size_t at = (std::size_t(r) * in.width + x) * 4;
+      for (int ch = 0; ch < 4; ++ch) {
+        const float want = inside ? expected.values[at + ch] : untouched.values[at + ch];
+        ASSERT_EQ(rendered.values[at + ch], want) << "x " << x << " row " << r << " channel " << ch;
+      }
+    }
+  }
+  EXPECT_NE(rendered.values, in.values) << "the render changed nothing";
+}
+
+constexpr OfxRectI kImage{-3, 5, 37, 29}, kNone{0, 0, 0, 0};
+INSTANTIATE_TEST_SUITE_P(
+    Cases, OfxRender,
+    testing::Values(Case{"WholeWindow", kOfxImageEffectContextFilter, kImage, kNone, kImage, 1.0,
+                         Fault::None, kOfxStatOK, ""},
+                    Case{"PartWindowAtHalfScale",
+                         kOfxImageEffectContextFilter,
+                         kImage,
+                         kNone,
+                         {0, 9, 20, 21},
+                         0.5,
+                         Fault::None,
+                         kOfxStatOK,
+                         ""},
+                    Case{"IntensityClipOfOtherSize",
+                         kOfxImageEffectContextGeneral,
+                         kImage,
+                         {2, 2, 13, 9},
+                         kImage,
+                         1.0,
+                         Fault::None,
+                         kOfxStatOK,
+                         ""},
+                    Case{"IntensityClipNotConnected", kOfxImageEffectContextGeneral, kImage, kNone,
+                         kImage, 1.0, Fault::None, kOfxStatOK, ""},
+                    Case{"ZeroSizedWindow",
+                         kOfxImageEffectContextFilter,
+                         kImage,
+                         kNone,
+                         {4, 9, 4, 20},
+                         1.0,
+                         Fault::None,
+                         kOfxStatOK,
+                         ""},
+                    Case{"BeforeTheInstance", kOfxImageEffectContextFilter, kImage, kNone, kImage,
+                         1.0, Fault::NoInstance, kOfxStatFailed, "has not created this instance"},
+                    Case{"MissingSourceImage", kOfxImageEffectContextFilter, kImage, kNone, kImage,
+                         1.0, Fault::NoSourceImage, kOfxStatFailed, "no image of clip \"Source\""},
+                    Case{"DepthsDiffer", kOfxImageEffectContextFilter, kImage, kNone, kImage, 1.0,
+                         Fault::DepthsDiffer, kOfxStatFailed, "pixel depths differ"}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+}  // namespace
+}  // namespace morvane::ofx
