@@ -39,8 +39,9 @@ done
     -DBUILD_TESTING=OFF "${modules[@]}" && cmake --build "$out/build" -j "$(nproc)"
 } >"$out/build.log" 2>&1 || { tail -n 40 "$out/build.log" >&2; exit 1; }
 
-# melt run from the build tree, with its modules, data and profiles found there.
+# melt run from the build tree, with its modules, data and profiles found there, first on the PATH.
 cat >"$env_file" <<ENV
+export PATH="$out/build/out/bin:\$PATH"
 export MLT_REPOSITORY="$out/build/out/lib/mlt" MLT_DATA="$out/src/src/modules"
 export MLT_PROFILES_PATH="$out/src/profiles" LD_LIBRARY_PATH="$out/build/out/lib\${LD_LIBRARY_PATH:+:\$LD_LIBRARY_PATH}"
 export MORVANE_OFX_MELT="$out/build/out/bin/melt"

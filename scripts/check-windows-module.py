@@ -1,23 +1,28 @@
 #!/usr/bin/env python3
 # Inspects the Windows effect module as a host sees it before running any of its code.
 #
-# Usage: check-windows-module.py MODULE.aex PIPL_FILE
+# Usage: check-windows-module.py MODULE.aex PIPL_FILE     (the effect module)
+#        check-windows-module.py Morvane.ofx              (the OpenFX plug-in)
 #
 # Faults: not a PE32+ DLL for x86-64; exports other than exactly PluginDataEntryFunction and
-# EffectMain by name; an import (ordinary or delay-loaded) from a DLL that is not part of Windows,
-# such as the compiler's run-time; a resource "PIPL" other than 16000 in language 1033, or one whose
-# bytes are not PIPL_FILE's (the generator's). Prints what it found; exits 1 on any fault.
+# EffectMain (the OpenFX plug-in: OfxGetNumberOfPlugins and OfxGetPlugin) by name; an import
+# (ordinary or delay-loaded) from a DLL that is not part of Windows, such as the compiler's
+# run-time; a resource "PIPL" other than 16000 in language 1033, or one whose bytes are not
+# PIPL_FILE's (the generator's); for the OpenFX plug-in, any "PIPL" resource. Prints what it
+# found; exits 1 on any fault.
 import re
 import struct
 import sys
 
 EXPORTS = ["EffectMain", "PluginDataEntryFunction"]
+OFX_EXPORTS = ["OfxGetNumberOfPlugins", "OfxGetPlugin"]
 SYSTEM_DLL = re.compile(
     r"(kernel32|user32|gdi32|advapi32|shell32|ole32|oleaut32|msvcrt|ucrtbase|ntdll|ws2_32|bcrypt"
     r"|shlwapi|version|winmm|comctl32|crypt32|secur32|dbghelp|api-ms-win-[a-z0-9-]+)\.dll")
 
 
-def inspect(data, pipl, pipl_path):  # -> (what the module holds, faults)
+def inspect(data, pipl, pipl_path):  # -> (what the module holds, faults); pipl None: OpenFX
+    exports = EXPORTS if pipl is not None else OFX_EXPORTS
     u16 = lambda at: struct.unpack_from("<H", data, at)[0]
     u32 = lambda at: struct.unpack_from("<I", data, at)[0]
     pe = u32(0x3C)
@@ -54,7 +59,7 @@ def inspect(data, pipl, pipl_path):  # -> (what the module holds, faults)
     functions, names = (u32(at + 20), sorted(text(u32(offset(u32(at + 32)) + 4 * i))
                                              for i in range(u32(at + 24)))) if at else (0, [])
     found.append(f"exports: {', '.join(names)} ({functions} functions)")
-    if names != EXPORTS or functions != len(EXPORTS):
+    if names != exports or functions != len(exports):
         faults.append(f"exports: {', '.join(names)} ({functions} functions)")
 
     for index, stride, name_at in ((1, 20, 12), (13, 32, 4)):  # ordinary, delay-loaded
@@ -80,6 +85,8 @@ def inspect(data, pipl, pipl_path):  # -> (what the module holds, faults)
              for kind, names in (entries(0) if base else ()) if kind == "PIPL"
              for name, languages in entries(names) for language, leaf in entries(languages)]
     found += [f"PIPL resource {n} (language {lang}): {len(b)} bytes" for n, lang, b in pipls]
+    if pipl is None:
+        return found, faults + [f"PIPL resource {n}" for n, _, _ in pipls]
     if [(n, lang) for n, lang, _ in pipls] != [(16000, 1033)]:
         faults.append(f"PIPL resources {[(n, lang) for n, lang, _ in pipls]}, "
                       "want exactly 16000 in language 1033")
@@ -88,10 +95,11 @@ def inspect(data, pipl, pipl_path):  # -> (what the module holds, faults)
     return found, faults
 
 
-def main(module_path, pipl_path):
-    with open(module_path, "rb") as module, open(pipl_path, "rb") as pipl:
+def main(module_path, pipl_path=None):
+    with open(module_path, "rb") as module:
         try:
-            found, faults = inspect(module.read(), pipl.read(), pipl_path)
+            pipl = open(pipl_path, "rb").read() if pipl_path else None
+            found, faults = inspect(module.read(), pipl, pipl_path)
         except (ValueError, struct.error) as e:
             found, faults = [], [f"unreadable: {e}"]
     print(f"{module_path}:\n" + "".join(f"  {line}\n" for line in found) +
@@ -101,6 +109,6 @@ def main(module_path, pipl_path):
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 3:
-        sys.exit("usage: check-windows-module.py MODULE.aex PIPL_FILE")
+    if len(sys.argv) not in (2, 3):
+        sys.exit("usage: check-windows-module.py MODULE.aex PIPL_FILE | Morvane.ofx")
     sys.exit(main(*sys.argv[1:]))

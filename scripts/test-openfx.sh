@@ -3,8 +3,10 @@
 # module, built once per build folder by scripts/build-mlt-openfx.sh. The filter must list every
 # control the effect module declares (`morvane info`) under its script name, with its label,
 # range, default and items; clips rendered through it at 8 and 16 bits must equal, byte for byte,
-# `morvane render` of the frames melt hands the filter (melt's decoding of the clip, taken from a
-# run without the filter) with the same controls. Run by CTest as openfx_host.
+# `morvane render` of the frames melt hands the filter with the same controls. Those frames are
+# melt's decoding of the clip, taken from a run without the filter: with the profile melt makes
+# from the clip, MLT takes RGB frames through YUV, which changes some values by one. Run by CTest
+# as openfx_host.
 #
 # Usage: scripts/test-openfx.sh BUILD_DIR   (with the bundle and the morvane tool built in it;
 #   MORVANE_CLI overrides the tool)

@@ -11,7 +11,9 @@
 #   frames equal one local render of the whole shot, and with one frame made unreadable the task
 #   of that chunk fails with the renderer's exit code;
 # - the ffmpeg, melt and GStreamer examples, on a short clip made here, with the installed frei0r
-#   modules (no FREI0R_PATH): their frames are bit for bit what `morvane render` makes of them.
+#   modules (no FREI0R_PATH): their frames are bit for bit what `morvane render` makes of them;
+# - the OpenFX example, with the melt the README builds and the installed bundle: its frames are
+#   what `morvane render` makes of the frames that melt decodes (see scripts/test-openfx.sh).
 # The package is removed, the daemons are stopped and the temporary folder is deleted at the end.
 # Usage: scripts/test-readme.sh   (as root, after building the default preset; under a minute when
 #   the release preset is built already). Installs what it needs (scripts/install-deps.sh --farm).
@@ -113,7 +115,23 @@ for example in example-*; do
     *"cpack -G DEB"*)
       run "$repo" "$example"
       check "morvane is on the PATH from the package" \
-        [ "$(command -v morvane)" = /usr/bin/morvane ] ;;
+        [ "$(command -v morvane)" = /usr/bin/morvane ]
+      check "the package installs the OpenFX bundle" \
+        [ -f /usr/OFX/Plugins/Morvane.ofx.bundle/Contents/Linux-x86-64/Morvane.ofx ] ;;
+    *scripts/build-mlt-openfx.sh*) run "$repo" "$example" ;;
+    *openfx.com.orbrenn.morvane*)
+      (
+        source "$repo/build/mlt-openfx/melt-env.sh"
+        run . "$example"
+        melt -silent in.mov -consumer avformat:decoded.mov vcodec=png pix_fmt=rgba </dev/null \
+          >/dev/null 2>&1
+        ff -i decoded.mov -start_number 0 decoded-%d.png
+        morvane render decoded-%d.png ofx-%d.png --frames 0-2 --direction down --morvane 8 \
+          --edge-mode mirror >/dev/null
+        frames -start_number 0 -i ofx-%d.png ofx.rgba
+        frames -i out.mov got.rgba
+        check "the OpenFX example's frames are what morvane makes of melt's" cmp got.rgba ofx.rgba
+      ) ;;
     *"morvane info"*)
       run . "$example"
       check "info names the installed module" \

@@ -5,6 +5,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdarg>
 #include <map>
 #include <string>
@@ -21,15 +22,15 @@
 namespace morvane::ofx {
 namespace {
 
+// A property set: numbers (ints too) as doubles, strings, pointers.
 struct PropSet {
+  std::map<std::string, std::vector<double>> numbers;
   std::map<std::string, std::vector<std::string>> strings;
-  std::map<std::string, std::vector<double>> doubles;
-  std::map<std::string, std::vector<int>> ints;
   std::map<std::string, void*> pointers;
 };
 struct Param {
   std::string type;
-  PropSet props;
+  PropSet props;  // the value is the default, which a case may change
 };
 struct Clip {
   PropSet props;
@@ -42,143 +43,121 @@ struct Effect {
   std::string message;
 };
 
-PropSet* P(OfxPropertySetHandle h) {
-  return reinterpret_cast<PropSet*>(h);
+template <typename T>
+auto& Slot(OfxPropertySetHandle h, const char* name) {
+  auto* set = reinterpret_cast<PropSet*>(h);
+  if constexpr (std::is_pointer_v<T> && !std::is_same_v<T, void*>)
+    return set->strings[name];
+  else
+    return set->numbers[name];
 }
 template <typename T>
-OfxStatus Set(std::map<std::string, std::vector<T>>& map, const char* name, int i, T value) {
-  auto& values = map[name];
-  if (values.size() <= std::size_t(i)) values.resize(i + 1);
-  values[i] = value;
+OfxStatus SetProp(OfxPropertySetHandle h, const char* name, int i, T value) {
+  if constexpr (std::is_same_v<T, void*>) {
+    reinterpret_cast<PropSet*>(h)->pointers[name] = value;
+  } else {
+    auto& values = Slot<T>(h, name);
+    values.resize(std::max<std::size_t>(values.size(), i + 1));
+    values[i] = value;
+  }
   return kOfxStatOK;
 }
-template <typename T, typename Out>
-OfxStatus Get(std::map<std::string, std::vector<T>>& map, const char* name, int i, Out* out) {
-  const auto found = map.find(name);
-  if (found == map.end() || found->second.size() <= std::size_t(i)) return kOfxStatErrUnknown;
-  *out = Out(found->second[i]);
+template <typename T>
+OfxStatus GetProp(OfxPropertySetHandle h, const char* name, int i, T* value) {
+  if constexpr (std::is_same_v<T, void*>) {
+    auto& pointers = reinterpret_cast<PropSet*>(h)->pointers;
+    *value = pointers.count(name) ? pointers[name] : nullptr;
+    return pointers.count(name) ? kOfxStatOK : kOfxStatErrUnknown;
+  } else {
+    auto& values = Slot<T>(h, name);
+    if (values.size() <= std::size_t(i)) return kOfxStatErrUnknown;
+    if constexpr (std::is_same_v<T, char*>)
+      *value = values[i].data();
+    else
+      *value = T(values[i]);
+    return kOfxStatOK;
+  }
+}
+template <typename T>
+OfxStatus SetPropN(OfxPropertySetHandle h, const char* name, int count, const T* values) {
+  for (int i = 0; i < count; ++i)
+    SetProp<T>(h, name, i, values[i]);
   return kOfxStatOK;
 }
-
-const OfxPropertySuiteV1 kProperties = {
-    .propSetPointer =
-        [](OfxPropertySetHandle h, const char* n, int, void* v) {
-          P(h)->pointers[n] = v;
-          return kOfxStatOK;
-        },
-    .propSetString = [](OfxPropertySetHandle h, const char* n, int i,
-                        const char* v) { return Set(P(h)->strings, n, i, std::string(v)); },
-    .propSetDouble = [](OfxPropertySetHandle h, const char* n, int i,
-                        double v) { return Set(P(h)->doubles, n, i, v); },
-    .propSetInt = [](OfxPropertySetHandle h, const char* n, int i,
-                     int v) { return Set(P(h)->ints, n, i, v); },
-    .propSetDoubleN =
-        [](OfxPropertySetHandle h, const char* n, int count, const double* v) {
-          P(h)->doubles[n].assign(v, v + count);
-          return kOfxStatOK;
-        },
-    .propGetPointer =
-        [](OfxPropertySetHandle h, const char* n, int, void** v) {
-          const bool has = P(h)->pointers.count(n) != 0;
-          *v = has ? P(h)->pointers[n] : nullptr;
-          return has ? kOfxStatOK : kOfxStatErrUnknown;
-        },
-    .propGetString =
-        [](OfxPropertySetHandle h, const char* n, int i, char** v) {
-          const auto found = P(h)->strings.find(n);
-          if (found == P(h)->strings.end() || found->second.size() <= std::size_t(i))
-            return kOfxStatErrUnknown;
-          *v = found->second[i].data();
-          return kOfxStatOK;
-        },
-    .propGetDouble = [](OfxPropertySetHandle h, const char* n, int i,
-                        double* v) { return Get(P(h)->doubles, n, i, v); },
-    .propGetInt = [](OfxPropertySetHandle h, const char* n, int i,
-                     int* v) { return Get(P(h)->ints, n, i, v); },
-    .propGetDoubleN =
-        [](OfxPropertySetHandle h, const char* n, int count, double* v) {
-          for (int i = 0; i < count; ++i)
-            if (Get(P(h)->doubles, n, i, v + i) != kOfxStatOK) return kOfxStatErrUnknown;
-          return kOfxStatOK;
-        },
-    .propGetIntN =
-        [](OfxPropertySetHandle h, const char* n, int count, int* v) {
-          for (int i = 0; i < count; ++i)
-            if (Get(P(h)->ints, n, i, v + i) != kOfxStatOK) return kOfxStatErrUnknown;
-          return kOfxStatOK;
-        }};
+template <typename T>
+OfxStatus GetPropN(OfxPropertySetHandle h, const char* name, int count, T* values) {
+  for (int i = 0; i < count; ++i)
+    if (GetProp<T>(h, name, i, values + i) != kOfxStatOK) return kOfxStatErrUnknown;
+  return kOfxStatOK;
+}
+const OfxPropertySuiteV1 kProperties = {.propSetPointer = SetProp<void*>,
+                                        .propSetString = SetProp<const char*>,
+                                        .propSetDouble = SetProp<double>,
+                                        .propSetInt = SetProp<int>,
+                                        .propSetDoubleN = SetPropN<double>,
+                                        .propGetPointer = GetProp<void*>,
+                                        .propGetString = GetProp<char*>,
+                                        .propGetDouble = GetProp<double>,
+                                        .propGetInt = GetProp<int>,
+                                        .propGetDoubleN = GetPropN<double>,
+                                        .propGetIntN = GetPropN<int>};
 
 Effect* E(void* h) {
   return static_cast<Effect*>(h);
 }
+Clip* C(OfxImageClipHandle h) {
+  return reinterpret_cast<Clip*>(h);
+}
 OfxPropertySetHandle H(PropSet& props) {
   return reinterpret_cast<OfxPropertySetHandle>(&props);
 }
+template <typename Out>
+OfxStatus Hand(Out* out, Out value, bool ok = true) {
+  *out = value;
+  return ok ? kOfxStatOK : kOfxStatFailed;
+}
 
 const OfxImageEffectSuiteV1 kEffects = {
-    [](OfxImageEffectHandle e, OfxPropertySetHandle* p) {
-      *p = H(E(e)->props);
-      return kOfxStatOK;
-    },
-    [](OfxImageEffectHandle e, OfxParamSetHandle* p) {
-      *p = reinterpret_cast<OfxParamSetHandle>(e);
-      return kOfxStatOK;
-    },
-    [](OfxImageEffectHandle e, const char* name, OfxPropertySetHandle* p) {
-      *p = H(E(e)->clips[name].props);
-      return kOfxStatOK;
-    },
-    [](OfxImageEffectHandle e, const char* name, OfxImageClipHandle* c, OfxPropertySetHandle*) {
-      const auto found = E(e)->clips.find(name);
-      *c = found == E(e)->clips.end() ? nullptr
-                                      : reinterpret_cast<OfxImageClipHandle>(&found->second);
-      return *c != nullptr ? kOfxStatOK : kOfxStatErrBadHandle;
-    },
-    [](OfxImageClipHandle c, OfxPropertySetHandle* p) {
-      *p = H(reinterpret_cast<Clip*>(c)->props);
-      return kOfxStatOK;
-    },
-    [](OfxImageClipHandle c, OfxTime, const OfxRectD*, OfxPropertySetHandle* p) {
-      *p = H(reinterpret_cast<Clip*>(c)->image);
-      return reinterpret_cast<Clip*>(c)->image.pointers.count(kOfxImagePropData) ? kOfxStatOK
-                                                                                 : kOfxStatFailed;
-    },
-    [](OfxPropertySetHandle) { return kOfxStatOK; },
-    [](OfxImageClipHandle c, OfxTime, OfxRectD* rod) {
-      const auto& b = reinterpret_cast<Clip*>(c)->image.ints[kOfxImagePropBounds];
-      *rod = {double(b[0]), double(b[1]), double(b[2]), double(b[3])};
-      return kOfxStatOK;
-    },
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr,
-    nullptr};
+    .getPropertySet = [](OfxImageEffectHandle e,
+                         OfxPropertySetHandle* p) { return Hand(p, H(E(e)->props)); },
+    .getParamSet = [](OfxImageEffectHandle e,
+                      OfxParamSetHandle* p) { return Hand(p, OfxParamSetHandle(e)); },
+    .clipDefine = [](OfxImageEffectHandle e, const char* name,
+                     OfxPropertySetHandle* p) { return Hand(p, H(E(e)->clips[name].props)); },
+    .clipGetHandle =
+        [](OfxImageEffectHandle e, const char* name, OfxImageClipHandle* c, OfxPropertySetHandle*) {
+          const bool has = E(e)->clips.count(name) != 0;
+          return Hand(c, has ? OfxImageClipHandle(&E(e)->clips[name]) : nullptr, has);
+        },
+    .clipGetPropertySet = [](OfxImageClipHandle c,
+                             OfxPropertySetHandle* p) { return Hand(p, H(C(c)->props)); },
+    .clipGetImage =
+        [](OfxImageClipHandle c, OfxTime, const OfxRectD*, OfxPropertySetHandle* p) {
+          return Hand(p, H(C(c)->image), C(c)->image.pointers.count(kOfxImagePropData) != 0);
+        },
+    .clipReleaseImage = [](OfxPropertySetHandle) { return kOfxStatOK; }};
 
 OfxStatus ParamValue(OfxParamHandle h, OfxTime time, ...) {
   auto& param = *reinterpret_cast<Param*>(h);
+  const double value = param.props.numbers[kOfxParamPropDefault][0];
   va_list args;
   va_start(args, time);
   if (param.type == kOfxParamTypeDouble)
-    *va_arg(args, double*) = param.props.doubles[kOfxParamPropDefault][0];
+    *va_arg(args, double*) = value;
   else
-    *va_arg(args, int*) = param.props.ints[kOfxParamPropDefault][0];
+    *va_arg(args, int*) = int(value);
   va_end(args);
   return kOfxStatOK;
 }
-
 const OfxParameterSuiteV1 kParameters = {
     .paramDefine =
         [](OfxParamSetHandle s, const char* type, const char* name, OfxPropertySetHandle* p) {
-          Param& param = E(s)->params[name];
-          param.type = type;
-          *p = H(param.props);
-          return kOfxStatOK;
+          E(s)->params[name].type = type;
+          return Hand(p, H(E(s)->params[name].props));
         },
     .paramGetHandle =
         [](OfxParamSetHandle s, const char* name, OfxParamHandle* h, OfxPropertySetHandle*) {
-          *h = reinterpret_cast<OfxParamHandle>(&E(s)->params.at(name));
-          return kOfxStatOK;
+          return Hand(h, reinterpret_cast<OfxParamHandle>(&E(s)->params.at(name)));
         },
     .paramGetValueAtTime = ParamValue};
 
@@ -216,8 +195,9 @@ struct HostPixels {
     for (std::size_t i = 0; i < values.size(); ++i)
       values[i] = float((i * 2654435761u) % 1000) / 997.0f;
     image.pointers[kOfxImagePropData] = values.data();
-    image.ints[kOfxImagePropRowBytes] = {RowFloats() * 4};
-    image.ints[kOfxImagePropBounds] = {bounds.x1, bounds.y1, bounds.x2, bounds.y2};
+    image.numbers[kOfxImagePropRowBytes] = {RowFloats() * 4.0};
+    image.numbers[kOfxImagePropBounds] = {double(bounds.x1), double(bounds.y1), double(bounds.x2),
+                                          double(bounds.y2)};
     image.strings[kOfxImageEffectPropPixelDepth] = {kOfxBitDepthFloat};
     image.strings[kOfxImageEffectPropComponents] = {kOfxImageComponentRGBA};
   }
@@ -262,9 +242,9 @@ TEST_P(OfxRender, EqualsTheDispatcherOrReportsTheFailure) {
   ASSERT_EQ(Plugin()->mainEntry(kOfxActionDescribe, &effect, nullptr, nullptr), kOfxStatOK);
   ASSERT_EQ(Plugin()->mainEntry(kOfxImageEffectActionDescribeInContext, &effect, H(args), nullptr),
             kOfxStatOK);
-  effect.params.at("direction").props.ints[kOfxParamPropDefault] = {2};  // Down
-  effect.params.at("morvane").props.doubles[kOfxParamPropDefault] = {7.5};
-  effect.params.at("edgeMode").props.ints[kOfxParamPropDefault] = {1};  // Mirror
+  effect.params.at("direction").props.numbers[kOfxParamPropDefault] = {2};  // Down
+  effect.params.at("morvane").props.numbers[kOfxParamPropDefault] = {7.5};
+  effect.params.at("edgeMode").props.numbers[kOfxParamPropDefault] = {1};  // Mirror
   effect.props.strings[kOfxImageEffectPropContext] = {c.context};
   if (c.fault != Fault::NoInstance) {
     ASSERT_EQ(Plugin()->mainEntry(kOfxActionCreateInstance, &effect, nullptr, nullptr), kOfxStatOK);
@@ -275,14 +255,15 @@ TEST_P(OfxRender, EqualsTheDispatcherOrReportsTheFailure) {
   output.Attach(effect.clips["Output"].image);
   const std::vector<float> before = output.values;
   const bool layer = !IsEmpty(c.intensity);
-  effect.clips[kIntensityClipName].props.ints[kOfxImageClipPropConnected] = {layer};
+  effect.clips[kIntensityClipName].props.numbers[kOfxImageClipPropConnected] = {double(layer)};
   if (layer) intensity.Attach(effect.clips[kIntensityClipName].image);
   if (c.fault == Fault::DepthsDiffer)
     effect.clips["Output"].image.strings[kOfxImageEffectPropPixelDepth] = {kOfxBitDepthShort};
   if (c.fault == Fault::NoSourceImage) effect.clips["Source"].image.pointers.clear();
-  args.doubles[kOfxPropTime] = {0.0};
-  args.doubles[kOfxImageEffectPropRenderScale] = {c.scale, c.scale};
-  args.ints[kOfxImageEffectPropRenderWindow] = {c.window.x1, c.window.y1, c.window.x2, c.window.y2};
+  args.numbers[kOfxPropTime] = {0.0};
+  args.numbers[kOfxImageEffectPropRenderScale] = {c.scale, c.scale};
+  args.numbers[kOfxImageEffectPropRenderWindow] = {double(c.window.x1), double(c.window.y1),
+                                                   double(c.window.x2), double(c.window.y2)};
   EXPECT_EQ(Plugin()->mainEntry(kOfxImageEffectActionRender, &effect, H(args), H(out)), c.status);
   EXPECT_NE(effect.message.find(c.message), std::string::npos) << effect.message;
   EXPECT_EQ(effect.message.empty(), *c.message == '\0');
@@ -323,46 +304,25 @@ TEST_P(OfxRender, EqualsTheDispatcherOrReportsTheFailure) {
 }
 
 constexpr OfxRectI kImage{-3, 5, 37, 29}, kNone{0, 0, 0, 0};
+constexpr const char *kFilter = kOfxImageEffectContextFilter,
+                     *kGeneral = kOfxImageEffectContextGeneral;
+// clang-format off
 INSTANTIATE_TEST_SUITE_P(
     Cases, OfxRender,
-    testing::Values(Case{"WholeWindow", kOfxImageEffectContextFilter, kImage, kNone, kImage, 1.0,
-                         Fault::None, kOfxStatOK, ""},
-                    Case{"PartWindowAtHalfScale",
-                         kOfxImageEffectContextFilter,
-                         kImage,
-                         kNone,
-                         {0, 9, 20, 21},
-                         0.5,
-                         Fault::None,
-                         kOfxStatOK,
-                         ""},
-                    Case{"IntensityClipOfOtherSize",
-                         kOfxImageEffectContextGeneral,
-                         kImage,
-                         {2, 2, 13, 9},
-                         kImage,
-                         1.0,
-                         Fault::None,
-                         kOfxStatOK,
-                         ""},
-                    Case{"IntensityClipNotConnected", kOfxImageEffectContextGeneral, kImage, kNone,
-                         kImage, 1.0, Fault::None, kOfxStatOK, ""},
-                    Case{"ZeroSizedWindow",
-                         kOfxImageEffectContextFilter,
-                         kImage,
-                         kNone,
-                         {4, 9, 4, 20},
-                         1.0,
-                         Fault::None,
-                         kOfxStatOK,
-                         ""},
-                    Case{"BeforeTheInstance", kOfxImageEffectContextFilter, kImage, kNone, kImage,
-                         1.0, Fault::NoInstance, kOfxStatFailed, "has not created this instance"},
-                    Case{"MissingSourceImage", kOfxImageEffectContextFilter, kImage, kNone, kImage,
-                         1.0, Fault::NoSourceImage, kOfxStatFailed, "no image of clip \"Source\""},
-                    Case{"DepthsDiffer", kOfxImageEffectContextFilter, kImage, kNone, kImage, 1.0,
-                         Fault::DepthsDiffer, kOfxStatFailed, "pixel depths differ"}),
+    testing::Values(
+        Case{"WholeWindow", kFilter, kImage, kNone, kImage, 1.0, Fault::None, kOfxStatOK, ""},
+        Case{"PartWindowAtHalfScale", kFilter, kImage, kNone, {0, 9, 20, 21}, 0.5, Fault::None, kOfxStatOK, ""},
+        Case{"IntensityClipOfOtherSize", kGeneral, kImage, {2, 2, 13, 9}, kImage, 1.0, Fault::None, kOfxStatOK, ""},
+        Case{"IntensityClipNotConnected", kGeneral, kImage, kNone, kImage, 1.0, Fault::None, kOfxStatOK, ""},
+        Case{"ZeroSizedWindow", kFilter, kImage, kNone, {4, 9, 4, 20}, 1.0, Fault::None, kOfxStatOK, ""},
+        Case{"BeforeTheInstance", kFilter, kImage, kNone, kImage, 1.0, Fault::NoInstance, kOfxStatFailed,
+             "has not created this instance"},
+        Case{"MissingSourceImage", kFilter, kImage, kNone, kImage, 1.0, Fault::NoSourceImage, kOfxStatFailed,
+             "no image of clip \"Source\""},
+        Case{"DepthsDiffer", kFilter, kImage, kNone, kImage, 1.0, Fault::DepthsDiffer, kOfxStatFailed,
+             "pixel depths differ"}),
     [](const auto& info) { return std::string(info.param.name); });
+// clang-format on
 
 }  // namespace
 }  // namespace morvane::ofx
