@@ -32,6 +32,7 @@ void LoadSuites() {
   suites.effects = Fetch<OfxImageEffectSuiteV1>(kOfxImageEffectSuite, 1);
   suites.parameters = Fetch<OfxParameterSuiteV1>(kOfxParameterSuite, 1);
   suites.messages = Fetch<OfxMessageSuiteV1>(kOfxMessageSuite, 1);
+  suites.threads = Fetch<OfxMultiThreadSuiteV1>(kOfxMultiThreadSuite, 1);
   if (suites.properties == nullptr || suites.effects == nullptr || suites.parameters == nullptr)
     throw OfxFailure(kOfxStatErrMissingHostFeature,
                      "the host lacks the property, image effect or parameter suite");

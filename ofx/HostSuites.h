@@ -9,6 +9,7 @@
 #include <ofxCore.h>
 #include <ofxImageEffect.h>
 #include <ofxMessage.h>
+#include <ofxMultiThread.h>
 #include <ofxParam.h>
 #include <ofxProperty.h>
 
@@ -32,7 +33,8 @@ struct HostSuites {
   const OfxPropertySuiteV1* properties = nullptr;
   const OfxImageEffectSuiteV1* effects = nullptr;
   const OfxParameterSuiteV1* parameters = nullptr;
-  const OfxMessageSuiteV1* messages = nullptr;  // may be missing: errors then go to stderr
+  const OfxMessageSuiteV1* messages = nullptr;     // may be missing: errors then go to stderr
+  const OfxMultiThreadSuiteV1* threads = nullptr;  // may be missing: renders on the caller's thread
 };
 
 // Remembers the host the plug-in was handed (null forgets it).
