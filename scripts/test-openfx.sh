@@ -46,7 +46,8 @@ expected_controls() {
       esac
     done
 }
-# The same from the host's metadata; popup defaults and items turned into kebab-case.
+# The same from the host's metadata; popup defaults and items turned into kebab-case. Also writes
+# labels.txt: "SCRIPT-NAME KEBAB-ITEM|LABEL" for every popup item.
 listed_controls() {
   awk 'function kebab(s) { s = tolower(s); gsub(/[()]/, "", s); gsub(/[^a-z0-9]+/, "-", s)
          gsub(/^-|-$/, "", s); return s }
@@ -57,7 +58,8 @@ listed_controls() {
        /^    type:/ { type = $2 }
        /^    default:/ { sub(/^    default: /, ""); def = $0 }
        /^    minimum:/ { min = $2 } /^    maximum:/ { max = $2 }
-       /^      - / { sub(/^      - /, ""); items = items (items == "" ? "" : "|") kebab($0) }
+       /^      - / { sub(/^      - /, ""); items = items (items == "" ? "" : "|") kebab($0)
+                     print id " " kebab($0) "|" $0 >"labels.txt" }
        END { flush() }' query.yaml
 }
 diff <(expected_controls) <(listed_controls) >controls.diff || fail "the listed controls: $(cat controls.diff)"
@@ -65,11 +67,6 @@ diff <(expected_controls) <(listed_controls) >controls.diff || fail "the listed 
 
 # --- Renders. Options as `morvane render` takes them become the filter's properties: script names
 # in lowerCamelCase, popup items by their labels, on/off as 1/0.
-label() { # label SCRIPT-NAME KEBAB-ITEM: the item's label in the host's list
-  awk -v id="$1" -v want="$2" '/^  - identifier:/ { inside = ($3 == id) }
-    inside && /^      - / { sub(/^      - /, ""); s = tolower($0); gsub(/[()]/, "", s)
-      gsub(/[^a-z0-9]+/, "-", s); gsub(/^-|-$/, "", s); if (s == want) print }' query.yaml
-}
 properties() {
   while (($# > 1)); do
     camel=$(sed -E 's/-([a-z0-9])/\U\1/g' <<<"${1#--}")
@@ -77,7 +74,7 @@ properties() {
     case "$value" in
       on) value=1 ;;
       off) value=0 ;;
-      [a-z]*) value=$(label "$camel" "$value") ;;
+      [a-z]*) value=$(grep -m1 "^$camel $value|" labels.txt | cut -d'|' -f2) ;;
     esac
     echo "$camel=$value"
   done
