@@ -22,6 +22,7 @@
 #endif
 
 #include "render/DispatchStretch.h"
+#include "tests/support/RecordText.h"
 
 namespace morvane::fuzz {
 namespace {
@@ -270,7 +271,7 @@ std::vector<std::string> RunDispatchCase(const DispatchCase& c) {
 }
 
 std::string DescribeDispatchCase(const DispatchCase& c) {
-  const StretchRenderRecord& r = c.record;
+  const std::string record = test::RecordText(c.record);
   std::ostringstream out;
   out.precision(17);
   out << "depth " << static_cast<int>(c.depth) << ", input " << c.input.width << "x"
@@ -282,16 +283,7 @@ std::string DescribeDispatchCase(const DispatchCase& c) {
         << (c.layerWithoutPixels ? " without pixels" : "");
   }
   out << ", scale " << c.scale << ", fill " << static_cast<int>(c.fill) << ", seed " << c.seed
-      << "; channelMode " << r.channelMode << ", intensity " << r.intensity << ", direction "
-      << r.direction << ", stretchAmount " << r.stretchAmount << ", pixelSize " << r.pixelSize
-      << ", startOffset " << r.startOffset << ", curveShape " << r.curveShape << ", curvePhase "
-      << r.curvePhase << ", curveSmoothness " << r.curveSmoothness << ", distributionMode "
-      << r.distributionMode << ", distributionRange " << r.distributionRange << ", imageShiftPhase "
-      << r.imageShiftPhase << ", imageShiftPhaseSync " << r.imageShiftPhaseSync << ", shadingMode "
-      << r.shadingMode << ", shadingIntervalSize " << r.shadingIntervalSize
-      << ", shadingIntervalPhase " << r.shadingIntervalPhase << ", shadingOpacity "
-      << r.shadingOpacity << ", shadingChannels " << r.shadingChannels << ", edgeMode "
-      << r.edgeMode << ", transparencyFeather " << r.transparencyFeather;
+      << "; record: " << (record.empty() ? "the default" : record);
   return out.str();
 }
 

@@ -10,6 +10,7 @@
 
 #include "fuzz/DispatchHarness.h"
 #include "fuzz/FuzzValues.h"
+#include "tests/support/RecordText.h"
 
 namespace morvane::fuzz {
 namespace {
@@ -42,27 +43,20 @@ DispatchCase DecodeCase(FuzzedDataProvider& data) {
     c.layerWithoutPixels = data.ConsumeIntegralInRange(0, 7) == 0;
   }
 
-  StretchRenderRecord& r = c.record;
-  r.channelMode = PickInt(data, 0, 7);
-  r.intensity = PickDouble(data, 0.0, 100.0);
-  r.direction = PickInt(data, 0, 3);
-  r.stretchAmount = PickDouble(data, 0.0, 64.0);
-  r.pixelSize = PickDouble(data, 0.01, 16.0);
-  r.startOffset = PickDouble(data, 0.0, 100.0);
-  r.curveShape = PickInt(data, 0, 5);
-  r.curvePhase = PickInt(data, -23592960, 23592960);
-  r.curveSmoothness = PickDouble(data, 0.0, 16.0);
-  r.distributionMode = PickInt(data, 0, 2);
-  r.distributionRange = PickDouble(data, 0.0, 2.0);
-  r.imageShiftPhase = PickInt(data, -23592960, 23592960);
-  r.imageShiftPhaseSync = PickInt(data, 0, 1);
-  r.shadingMode = PickInt(data, 0, 5);
-  r.shadingIntervalSize = PickInt(data, 2, 256);
-  r.shadingIntervalPhase = PickInt(data, -23592960, 23592960);
-  r.shadingOpacity = PickDouble(data, 0.0, 100.0);
-  r.shadingChannels = PickInt(data, 0, 1);
-  r.edgeMode = PickInt(data, 0, 3);
-  r.transparencyFeather = PickDouble(data, 0.0, 100.0);
+  // Every control over its range, in the table's order.
+  c.record = test::RecordFrom([&data](const Control& control) -> double {
+    switch (control.kind) {
+      case ControlKind::Popup:
+        return PickInt(data, 0, PopupItemCount(control) - 1);
+      case ControlKind::Angle:
+        return PickInt(data, -23592960, 23592960);
+      case ControlKind::Checkbox:
+        return PickInt(data, 0, 1);
+      default:
+        return PickDouble(data, WrittenDecimal(control.slider.minimum),
+                          WrittenDecimal(control.slider.maximum));
+    }
+  });
   c.scale = PickScale(data);
 
   c.fill = static_cast<PixelFill>(data.ConsumeIntegralInRange(0, 3));

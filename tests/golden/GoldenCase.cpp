@@ -11,6 +11,7 @@
 #include <type_traits>
 
 #include "render/DispatchStretch.h"
+#include "tests/support/RecordText.h"
 
 namespace morvane::golden {
 namespace {
@@ -100,39 +101,29 @@ int32_t RowBytes(const GoldenCase& c, int32_t width, int32_t padding) {
 }
 
 std::string FormatCase(const GoldenCase& c) {
-  const StretchRenderRecord& r = c.record;
-  char line[1024];
-  std::snprintf(
-      line, sizeof line,
-      "%d %d %d %d %d %u %.9g %d %d %d %d %d %d "
-      "%d %.17g %d %.17g %.17g %.17g %d %d %.17g %d %.17g %d %d %d %d %d %.17g %d %d %.17g",
-      static_cast<int>(c.depth), c.width, c.height, c.inPadding, c.outPadding, c.pixelSeed,
-      static_cast<double>(c.scale), static_cast<int>(c.layer), c.layerWidth, c.layerHeight,
-      c.layerPadding, c.originX, c.originY, r.channelMode, r.intensity, r.direction,
-      r.stretchAmount, r.pixelSize, r.startOffset, r.curveShape, r.curvePhase, r.curveSmoothness,
-      r.distributionMode, r.distributionRange, r.imageShiftPhase, r.imageShiftPhaseSync,
-      r.shadingMode, r.shadingIntervalSize, r.shadingIntervalPhase, r.shadingOpacity,
-      r.shadingChannels, r.edgeMode, r.transparencyFeather);
-  return line;
+  char line[256];
+  std::snprintf(line, sizeof line, "%d %d %d %d %d %u %.9g %d %d %d %d %d %d",
+                static_cast<int>(c.depth), c.width, c.height, c.inPadding, c.outPadding,
+                c.pixelSeed, static_cast<double>(c.scale), static_cast<int>(c.layer), c.layerWidth,
+                c.layerHeight, c.layerPadding, c.originX, c.originY);
+  const std::string record = test::RecordText(c.record);
+  return record.empty() ? line : line + (" " + record);
 }
 
 GoldenCase ParseCase(const std::string& line) {
   std::istringstream in(line);
   GoldenCase c;
-  StretchRenderRecord& r = c.record;
   int32_t depth = 0;
   int32_t layer = 0;
   in >> depth >> c.width >> c.height >> c.inPadding >> c.outPadding >> c.pixelSeed >> c.scale >>
-      layer >> c.layerWidth >> c.layerHeight >> c.layerPadding >> c.originX >> c.originY >>
-      r.channelMode >> r.intensity >> r.direction >> r.stretchAmount >> r.pixelSize >>
-      r.startOffset >> r.curveShape >> r.curvePhase >> r.curveSmoothness >> r.distributionMode >>
-      r.distributionRange >> r.imageShiftPhase >> r.imageShiftPhaseSync >> r.shadingMode >>
-      r.shadingIntervalSize >> r.shadingIntervalPhase >> r.shadingOpacity >> r.shadingChannels >>
-      r.edgeMode >> r.transparencyFeather;
+      layer >> c.layerWidth >> c.layerHeight >> c.layerPadding >> c.originX >> c.originY;
   if (!in || depth < 0 || depth > 2 || layer < 0 || layer > 2 || c.width < 0 || c.height < 0)
     throw std::invalid_argument("not a golden case: " + line);
   c.depth = static_cast<PixelDepth>(depth);
   c.layer = static_cast<LayerKind>(layer);
+  c.record = DefaultRecord();
+  for (std::string word; in >> word;)
+    test::ApplyRecordWord(c.record, word);
   return c;
 }
 

@@ -17,74 +17,39 @@
 #include <vector>
 
 #include "tests/golden/GoldenCase.h"
+#include "tests/support/RecordText.h"
 
 namespace morvane::golden {
 namespace {
 
 constexpr int32_t kTurn = 23592960;  // 360 degrees in 16.16
 
-// Every control drawn over its range and past it (values a host cannot send but a broken project
-// file might), lengths bounded below so that every line ends soon.
+// Every control of the table drawn over its range, often at its default or an end, now and then
+// past it (values a host cannot send but a broken project file might): popups one item beyond
+// either end, sliders up to a tenth of their range beyond, angles over two turns either way, the
+// checkbox 2. The kernels bound every stretch length below, so any such record renders quickly.
 StretchRenderRecord RandomRecord(Random& rng) {
-  StretchRenderRecord r{};
-  r.channelMode = rng.Chance(0.06) ? (rng.Chance(0.5) ? 8 : -1) : rng.Int(0, 7);
-  const double pick = rng.Real(0.0, 1.0);
-  const bool negativeIntensity = pick >= 0.97;
-  r.intensity = pick < 0.05   ? 0.0
-                : pick < 0.35 ? 100.0
-                : pick < 0.92 ? rng.Real(0.0, 100.0)
-                : pick < 0.97 ? rng.Real(100.0, 110.0)
-                              : rng.Real(-5.0, 0.0);
-  r.direction = rng.Chance(0.06) ? (rng.Chance(0.5) ? 4 : -1) : rng.Int(0, 3);
-  if (rng.Real(0.0, 1.0) < 0.05 && !negativeIntensity) {
-    r.pixelSize = rng.Chance(0.5) ? 0.0 : rng.Real(-0.6, 0.0);
-  } else {
-    const double size = rng.Real(0.0, 1.0);
-    r.pixelSize = size < 0.6    ? rng.Real(0.3, 3.0)
-                  : size < 0.9  ? rng.Real(0.01, 16.0)
-                  : size < 0.95 ? rng.Real(16.0, 17.0)
-                                : 0.005;
-    const double amount = rng.Real(0.0, 1.0);
-    r.stretchAmount = negativeIntensity                    ? 0.0
-                      : amount < 0.5                       ? rng.Real(0.0, 4.0)
-                      : amount < 0.9                       ? rng.Real(0.0, 64.0)
-                      : amount < 0.95 || r.pixelSize < 1.0 ? rng.Real(64.0, 70.0)
-                                                           : rng.Real(-0.5, 0.0);
-  }
-  const double offset = rng.Real(0.0, 1.0);
-  r.startOffset = offset < 0.45   ? 0.0
-                  : offset < 0.85 ? rng.Real(0.0, 100.0)
-                  : offset < 0.9  ? 100.0
-                                  : rng.Real(-30.0, 130.0);
-  r.curveShape = rng.Chance(0.06) ? (rng.Chance(0.5) ? 6 : -1) : rng.Int(0, 5);
-  r.curvePhase = rng.Chance(0.4) ? 0 : rng.Int(-2 * kTurn, 2 * kTurn);
-  const double smooth = rng.Real(0.0, 1.0);
-  r.curveSmoothness = smooth < 0.4    ? 0.0
-                      : smooth < 0.6  ? static_cast<double>(rng.Int(0, 16))
-                      : smooth < 0.97 ? rng.Real(0.0, 16.0)
-                                      : rng.Real(-1.0, 17.0);
-  r.distributionMode = rng.Chance(0.06) ? 3 : rng.Int(0, 2);
-  const double range = rng.Real(0.0, 1.0);
-  r.distributionRange = range < 0.35   ? 2.0
-                        : range < 0.45 ? 0.0
-                        : range < 0.9  ? rng.Real(0.0, 2.0)
-                                       : rng.Real(-0.2, 2.2);
-  r.imageShiftPhase = rng.Chance(0.4) ? 0 : rng.Int(-3 * kTurn, 3 * kTurn);
-  r.imageShiftPhaseSync = rng.Chance(0.05) ? 2 : rng.Int(0, 1);
-  r.shadingMode = rng.Chance(0.06) ? 6 : rng.Int(0, 5);
-  const double interval = rng.Real(0.0, 1.0);
-  r.shadingIntervalSize = interval < 0.7    ? rng.Int(2, 20)
-                          : interval < 0.97 ? rng.Int(2, 256)
-                                            : (rng.Chance(0.5) ? rng.Int(0, 1) : 300);
-  r.shadingIntervalPhase = rng.Chance(0.4) ? 0 : rng.Int(-2 * kTurn, 2 * kTurn);
-  r.shadingOpacity = rng.Chance(0.95) ? rng.Real(0.0, 100.0) : rng.Real(-5.0, 105.0);
-  r.shadingChannels = rng.Chance(0.06) ? 2 : rng.Int(0, 1);
-  r.edgeMode = rng.Chance(0.06) ? 4 : rng.Int(0, 3);
-  const double feather = rng.Real(0.0, 1.0);
-  r.transparencyFeather = feather < 0.4    ? 0.0
-                          : feather < 0.95 ? rng.Real(0.0, 100.0)
-                                           : rng.Real(-5.0, 110.0);
-  return r;
+  return test::RecordFrom([&rng](const Control& control) -> double {
+    switch (control.kind) {
+      case ControlKind::Popup: {
+        const int32_t items = PopupItemCount(control);
+        return rng.Chance(0.06) ? (rng.Chance(0.5) ? items : -1) : rng.Int(0, items - 1);
+      }
+      case ControlKind::Angle:
+        return rng.Chance(0.4) ? 0 : rng.Int(-2 * kTurn, 2 * kTurn);
+      case ControlKind::Checkbox:
+        return rng.Chance(0.05) ? 2 : rng.Int(0, 1);
+      default: {
+        const double lo = control.slider.minimum, hi = control.slider.maximum;
+        const double pick = rng.Real(0.0, 1.0), beyond = (hi - lo) / 10.0;
+        return pick < 0.3    ? DefaultValue(control)
+               : pick < 0.4  ? (rng.Chance(0.5) ? lo : hi)
+               : pick < 0.5  ? std::round(rng.Real(lo, hi))
+               : pick < 0.95 ? rng.Real(lo, hi)
+                             : rng.Real(lo - beyond, hi + beyond);
+      }
+    }
+  });
 }
 
 // Frames of every shape a host hands over: empty ones, one-pixel lines, padded rows, reduced

@@ -1,6 +1,7 @@
 // Images, records and a kernel runner for kernel and dispatcher tests.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <random>
@@ -9,6 +10,7 @@
 #include "params/ControlTable.h"
 #include "render/StretchRenderRecord.h"
 #include "stretch/StretchKernel.h"
+#include "tests/support/RecordText.h"
 
 namespace morvane::testing_support {
 
@@ -85,28 +87,21 @@ Image<Depth> RandomImage(int32_t w, int32_t h, uint32_t seed) {
 inline StretchRenderRecord RandomRecord(uint32_t seed) {
   std::mt19937 rng(seed);
   std::uniform_real_distribution<double> unit(0.0, 1.0);
-  const auto pick = [&](int n) { return static_cast<int32_t>(rng() % uint32_t(n)); };
-  const auto angle = [&] { return static_cast<int32_t>((unit(rng) * 4.0 - 2.0) * 23592960.0); };
-  StretchRenderRecord r = DefaultRecord();
-  r.intensity = pick(3) == 0 ? 100.0 : unit(rng) * 100.0;
-  r.stretchAmount = unit(rng) * 6.0;
-  r.pixelSize = 0.2 + unit(rng) * 2.0;
-  r.startOffset = pick(3) == 0 ? unit(rng) * 50.0 : 0.0;
-  r.curveShape = pick(6);
-  r.curvePhase = angle();
-  r.curveSmoothness = unit(rng) * 3.0;
-  r.distributionMode = pick(3);
-  r.distributionRange = unit(rng) * 2.0;
-  r.imageShiftPhase = angle();
-  r.imageShiftPhaseSync = pick(2);
-  r.shadingMode = pick(6);
-  r.shadingIntervalSize = 2 + pick(20);
-  r.shadingIntervalPhase = angle();
-  r.shadingOpacity = unit(rng) * 100.0;
-  r.shadingChannels = pick(2);
-  r.edgeMode = pick(4);
-  r.transparencyFeather = unit(rng) * 100.0;
-  return r;
+  return test::RecordFrom([&](const Control& control) -> double {
+    switch (control.kind) {
+      case ControlKind::Popup:
+        return static_cast<double>(rng() % static_cast<uint32_t>(PopupItemCount(control)));
+      case ControlKind::Angle:
+        return std::trunc((unit(rng) * 4.0 - 2.0) * 23592960.0);
+      case ControlKind::Checkbox:
+        return static_cast<double>(rng() % 2);
+      default: {  // half at the default, which keeps the squeezed and plain lines common
+        const SliderRange& s = control.slider;
+        return unit(rng) < 0.5 ? DefaultValue(control)
+                               : s.minimum + unit(rng) * (s.maximum - s.minimum);
+      }
+    }
+  });
 }
 
 // Runs the kernel of (Depth, variant) on `src` (LayerIntensity when `layer` is given) writing
