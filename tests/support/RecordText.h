@@ -35,7 +35,8 @@ inline std::string RecordText(const StretchRenderRecord& r) {
                     r.*control->field.whole);
     else
       std::snprintf(word, sizeof word, "%s=%.17g", KebabCase(control->name).c_str(), value);
-    text += (text.empty() ? "" : " ") + std::string(word);
+    if (!text.empty()) text += ' ';
+    text += word;
   }
   return text;
 }
