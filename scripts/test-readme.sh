@@ -126,7 +126,8 @@ for example in example-*; do
         melt -silent in.mov -consumer avformat:decoded.mov vcodec=png pix_fmt=rgba </dev/null \
           >/dev/null 2>&1
         ff -i decoded.mov -start_number 0 decoded-%d.png
-        morvane render decoded-%d.png ofx-%d.png --frames 0-2 --direction down --morvane 8 \
+        last=$(($(ls decoded-*.png | wc -l) - 1))
+        morvane render decoded-%d.png ofx-%d.png --frames 0-$last --direction down --morvane 8 \
           --edge-mode mirror >/dev/null
         frames -start_number 0 -i ofx-%d.png ofx.rgba
         frames -i out.mov got.rgba
