@@ -63,7 +63,7 @@ struct RenderImages {
 template <typename Host, typename Kernel, PixelDepth Depth>
 void RenderAtDepth(const RenderImages& images, StretchRenderRecord record, float scale) {
   const OfxRectI lines = images.source.bounds;
-  const KernelImage<Kernel> input = ReadHostImage<Host, Kernel>(images.source, lines);
+  KernelImage<Kernel> input = ReadHostImage<Host, Kernel>(images.source, lines);
   KernelImage<Kernel> output(input.width, input.height);
   std::optional<KernelImage<Kernel>> intensity;
   PF_EffectWorld intensityWorld{};
@@ -72,7 +72,7 @@ void RenderAtDepth(const RenderImages& images, StretchRenderRecord record, float
     intensityWorld = intensity->World();
     record.intensityLayer = &intensityWorld;
   }
-  PF_EffectWorld in = const_cast<KernelImage<Kernel>&>(input).World();
+  const PF_EffectWorld in = input.World();
   PF_EffectWorld out = output.World();
   HostBandRunner host;
   if (Suites().threads != nullptr) host.iterateGeneric = IterateOnHostThreads;
