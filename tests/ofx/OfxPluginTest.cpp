@@ -7,8 +7,10 @@
 
 #include <algorithm>
 #include <cstdarg>
+#include <initializer_list>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ofx/Actions.h"
@@ -135,7 +137,12 @@ const OfxImageEffectSuiteV1 kEffects = {
         [](OfxImageClipHandle c, OfxTime, const OfxRectD*, OfxPropertySetHandle* p) {
           return Hand(p, H(C(c)->image), C(c)->image.pointers.count(kOfxImagePropData) != 0);
         },
-    .clipReleaseImage = [](OfxPropertySetHandle) { return kOfxStatOK; }};
+    .clipReleaseImage = [](OfxPropertySetHandle) { return kOfxStatOK; },
+    .clipGetRegionOfDefinition =
+        [](OfxImageClipHandle c, OfxTime, OfxRectD* rod) {
+          const auto& b = C(c)->image.numbers[kOfxImagePropBounds];
+          return Hand(rod, OfxRectD{b[0], b[1], b[2], b[3]});
+        }};
 
 OfxStatus ParamValue(OfxParamHandle h, OfxTime time, ...) {
   auto& param = *reinterpret_cast<Param*>(h);
@@ -231,24 +238,33 @@ void PrintTo(const Case& c, std::ostream* os) {
 
 class OfxRender : public testing::TestWithParam<Case> {};
 
-TEST_P(OfxRender, EqualsTheDispatcherOrReportsTheFailure) {
-  const Case& c = GetParam();
+// Loads the plug-in, describes `effect` in `context` and creates an instance of it unless told not
+// to; `controls` are the parameters' values, by script name.
+void Create(Effect& effect, const char* context, bool instance,
+            std::initializer_list<std::pair<const char*, double>> controls) {
   ASSERT_NE(Plugin(), nullptr);
   Plugin()->setHost(&gHost);
   ASSERT_EQ(Plugin()->mainEntry(kOfxActionLoad, nullptr, nullptr, nullptr), kOfxStatOK);
-  Effect effect;
-  PropSet args, out;
-  args.strings[kOfxImageEffectPropContext] = {c.context};
+  PropSet args;
+  args.strings[kOfxImageEffectPropContext] = {context};
   ASSERT_EQ(Plugin()->mainEntry(kOfxActionDescribe, &effect, nullptr, nullptr), kOfxStatOK);
   ASSERT_EQ(Plugin()->mainEntry(kOfxImageEffectActionDescribeInContext, &effect, H(args), nullptr),
             kOfxStatOK);
-  effect.params.at("direction").props.numbers[kOfxParamPropDefault] = {2};  // Down
-  effect.params.at("morvane").props.numbers[kOfxParamPropDefault] = {7.5};
-  effect.params.at("edgeMode").props.numbers[kOfxParamPropDefault] = {1};  // Mirror
-  effect.props.strings[kOfxImageEffectPropContext] = {c.context};
-  if (c.fault != Fault::NoInstance) {
+  for (const auto& [name, value] : controls)
+    effect.params.at(name).props.numbers[kOfxParamPropDefault] = {value};
+  effect.props.strings[kOfxImageEffectPropContext] = {context};
+  if (instance) {
     ASSERT_EQ(Plugin()->mainEntry(kOfxActionCreateInstance, &effect, nullptr, nullptr), kOfxStatOK);
   }
+}
+
+TEST_P(OfxRender, EqualsTheDispatcherOrReportsTheFailure) {
+  const Case& c = GetParam();
+  Effect effect;
+  PropSet args, out;
+  // Down, Morvane 7.5, Mirror
+  Create(effect, c.context, c.fault != Fault::NoInstance,
+         {{"direction", 2}, {"morvane", 7.5}, {"edgeMode", 1}});
 
   HostPixels source{c.source, 3, {}}, output{c.source, 0, {}}, intensity{c.intensity, 1, {}};
   source.Attach(effect.clips["Source"].image);
@@ -317,6 +333,46 @@ INSTANTIATE_TEST_SUITE_P(
              "pixel depths differ"}),
     [](const auto& info) { return std::string(info.param.name); });
 // clang-format on
+
+// What a host is told before it renders: the source's own region of definition; the whole lines
+// a region of interest crosses, or the whole source and intensity clip when that clip is
+// connected; and at Morvane Intensity 0 that the source is handed through.
+TEST(OfxRegions, FollowTheDirectionTheIntensityClipAndTheIntensity) {
+  using Rect = std::vector<double>;
+  const struct {
+    double direction, intensity;
+    bool layer;
+    Rect source;
+    OfxStatus identity;
+  } kRows[] = {{0, 100, false, {-3, 12, 37, 20}, kOfxStatReplyDefault},
+               {3, 0, false, {4, 5, 9, 29}, kOfxStatOK},
+               {2, 50, true, {-3, 5, 37, 29}, kOfxStatReplyDefault}};
+  for (const auto& row : kRows) {
+    Effect effect;
+    PropSet args, out;
+    Create(effect, kOfxImageEffectContextGeneral, true,
+           {{"direction", row.direction}, {"morvaneIntensity", row.intensity}});
+    HostPixels source{{-3, 5, 37, 29}, 0, {}}, intensity{{2, 2, 13, 9}, 0, {}};
+    source.Attach(effect.clips["Source"].image);
+    intensity.Attach(effect.clips[kIntensityClipName].image);
+    effect.clips[kIntensityClipName].props.numbers[kOfxImageClipPropConnected] = {
+        double(row.layer)};
+    args.numbers[kOfxPropTime] = {0.0};
+    args.numbers[kOfxImageEffectPropRegionOfInterest] = {4, 12, 9, 20};
+    const auto call = [&](const char* action) {
+      return Plugin()->mainEntry(action, &effect, H(args), H(out));
+    };
+    EXPECT_EQ(call(kOfxImageEffectActionGetRegionOfDefinition), kOfxStatOK);
+    EXPECT_EQ(out.numbers[kOfxImageEffectPropRegionOfDefinition], (Rect{-3, 5, 37, 29}));
+    EXPECT_EQ(call(kOfxImageEffectActionGetRegionsOfInterest), kOfxStatOK);
+    EXPECT_EQ(out.numbers["OfxImageClipPropRoI_Source"], row.source);
+    EXPECT_EQ(out.numbers["OfxImageClipPropRoI_Intensity Source"],
+              (row.layer ? Rect{2, 2, 13, 9} : Rect{}));
+    EXPECT_EQ(call(kOfxImageEffectActionIsIdentity), row.identity);
+    using Names = std::vector<std::string>;
+    EXPECT_EQ(out.strings[kOfxPropName], (row.identity == kOfxStatOK ? Names{"Source"} : Names{}));
+  }
+}
 
 }  // namespace
 }  // namespace morvane::ofx
