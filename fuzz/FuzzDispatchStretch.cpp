@@ -52,9 +52,13 @@ DispatchCase DecodeCase(FuzzedDataProvider& data) {
         return PickInt(data, -23592960, 23592960);
       case ControlKind::Checkbox:
         return PickInt(data, 0, 1);
-      default:
-        return PickDouble(data, WrittenDecimal(control.slider.minimum),
-                          WrittenDecimal(control.slider.maximum));
+      default: {  // a whole-number field takes any int, a real one any double
+        const double low = WrittenDecimal(control.slider.minimum);
+        const double high = WrittenDecimal(control.slider.maximum);
+        if (control.field.whole != nullptr)
+          return PickInt(data, static_cast<int32_t>(low), static_cast<int32_t>(high));
+        return PickDouble(data, low, high);
+      }
     }
   });
   c.scale = PickScale(data);
