@@ -17,14 +17,9 @@ std::string Number(double value) {
 
 std::vector<std::string> KebabItems(const Control& control) {
   std::vector<std::string> items;
-  if (control.kind != ControlKind::Popup) return items;
-  std::string_view rest = control.popupItems;
-  while (true) {
-    const std::size_t bar = rest.find('|');
-    items.push_back(KebabCase(rest.substr(0, bar)));
-    if (bar == std::string_view::npos) return items;
-    rest.remove_prefix(bar + 1);
-  }
+  for (const std::string_view item : PopupItems(control))
+    items.push_back(KebabCase(item));
+  return items;
 }
 
 std::string Explanation(const Control& control, const std::vector<std::string>& items, double min,

@@ -10,22 +10,13 @@
 namespace morvane::ofx {
 namespace {
 
-std::vector<std::string> Items(const Control& control) {
-  std::vector<std::string> items;
-  if (control.kind != ControlKind::Popup) return items;
-  std::string_view rest = control.popupItems;
-  while (true) {
-    const std::size_t bar = rest.find('|');
-    items.emplace_back(rest.substr(0, bar));
-    if (bar == std::string_view::npos) return items;
-    rest.remove_prefix(bar + 1);
-  }
-}
-
 std::vector<OfxControl> MakeOfxControls() {
   std::vector<OfxControl> controls;
-  for (const Control* control : ValueControls())
-    controls.push_back({control, LowerCamelCase(control->name), Items(*control)});
+  for (const Control* control : ValueControls()) {
+    controls.push_back({control, LowerCamelCase(control->name), {}});
+    for (const std::string_view item : PopupItems(*control))
+      controls.back().options.emplace_back(item);
+  }
   return controls;
 }
 

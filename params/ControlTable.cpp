@@ -151,9 +151,19 @@ std::span<const Control* const> ValueControls() {
 }
 
 A_short PopupItemCount(const Control& control) {
-  if (control.kind != ControlKind::Popup) return 0;
-  const std::string_view items = control.popupItems;
-  return static_cast<A_short>(std::count(items.begin(), items.end(), '|') + 1);
+  return static_cast<A_short>(PopupItems(control).size());
+}
+
+std::vector<std::string_view> PopupItems(const Control& control) {
+  std::vector<std::string_view> items;
+  if (control.kind != ControlKind::Popup) return items;
+  std::string_view rest = control.popupItems;
+  for (std::size_t bar = rest.find('|'); bar != std::string_view::npos; bar = rest.find('|')) {
+    items.push_back(rest.substr(0, bar));
+    rest.remove_prefix(bar + 1);
+  }
+  items.push_back(rest);
+  return items;
 }
 
 double DefaultValue(const Control& control) {

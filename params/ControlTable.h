@@ -6,6 +6,8 @@
 
 #include <cstdint>
 #include <span>
+#include <string_view>
+#include <vector>
 
 #include "params/ParamId.h"
 #include "render/StretchRenderRecord.h"
@@ -62,6 +64,9 @@ std::span<const Control* const> ValueControls();
 
 // Number of items of a popup (0 for other kinds).
 A_short PopupItemCount(const Control& control);
+
+// The items of a popup in popup order (none for other kinds).
+std::vector<std::string_view> PopupItems(const Control& control);
 
 // A value in the control's own units: the 0-based item of a popup, a slider's value, 16.16
 // degrees for an angle, 0 or 1 for the checkbox. The default is the declared one.
