@@ -371,6 +371,7 @@ TEST(OfxRegions, FollowTheDirectionTheIntensityClipAndTheIntensity) {
     EXPECT_EQ(call(kOfxImageEffectActionIsIdentity), row.identity);
     using Names = std::vector<std::string>;
     EXPECT_EQ(out.strings[kOfxPropName], (row.identity == kOfxStatOK ? Names{"Source"} : Names{}));
+    EXPECT_EQ(call(kOfxActionDestroyInstance), kOfxStatOK);
   }
 }
 
