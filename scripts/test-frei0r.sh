@@ -88,6 +88,11 @@ for direction in right left; do
   check "melt $direction in slices, parameters by name" expected.rgba melt.rgba
 done
 
+# Kdenlive saves Shading Interval Size 10 as 0.031496 (6 decimals): whole numbers are rounded.
+expect expected.rgba --shading sine-wave --shading-interval-size 10
+melt_render melt.rgba src.nut out=$last -filter frei0r.morvane Shading=sine-wave "Shading Interval Size=0.031496"
+check "melt, a whole number saved with 6 decimals" expected.rgba melt.rgba
+
 # The mixer: the second input is the "Intensity Source".
 expect expected.rgba --direction down --morvane 6.4 --intensity-source layer-%d.png
 expect self.rgba --direction down --morvane 6.4
