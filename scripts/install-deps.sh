@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the project needs. Idempotent; run as root (or with sudo).
-# Usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm]
+# Usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm] [--editors]
 #   --bench    OpenCV, which only the benchmark uses (as the cv::remap peer)
 #   --windows  the MinGW-w64 cross compiler for the Windows module
 #   --wine     Wine, to run the Windows module's checks
 #   --farm     Slurm and MUNGE, for the README's render-farm example (a one-node cluster)
+#   --editors  Kdenlive and Shotcut, and Xvfb, xdotool and ImageMagick to test them on a private
+#              X display (tests kdenlive_editor, shotcut_editor)
 set -euo pipefail
 
 packages=(
@@ -21,8 +23,9 @@ for option in "$@"; do
     --windows) packages+=(g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64) ;;
     --wine) packages+=(wine64) ;;
     --farm) packages+=(slurm-wlm munge) ;;
+    --editors) packages+=(kdenlive shotcut xvfb xauth xdotool imagemagick dbus libglib2.0-bin) ;;
     *)
-      echo "usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm]" >&2
+      echo "usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm] [--editors]" >&2
       exit 2
       ;;
   esac

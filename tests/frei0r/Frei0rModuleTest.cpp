@@ -15,7 +15,6 @@
 #include <sstream>
 #include <string>
 #include <thread>
-#include <tuple>
 #include <variant>
 #include <vector>
 
@@ -202,13 +201,12 @@ struct Row {
   friend void PrintTo(const Row& row, std::ostream* os) { *os << row.label; }
 };
 
-auto Fields(const StretchRenderRecord& r) {
-  return std::tuple(r.channelMode, r.intensity, r.direction, r.stretchAmount, r.pixelSize,
-                    r.startOffset, r.curveShape, r.curvePhase, r.curveSmoothness,
-                    r.distributionMode, r.distributionRange, r.imageShiftPhase,
-                    r.imageShiftPhaseSync, r.shadingMode, r.shadingIntervalSize,
-                    r.shadingIntervalPhase, r.shadingOpacity, r.shadingChannels, r.edgeMode,
-                    r.transparencyFeather, r.intensityLayer);
+// Every value the controls store in the record, in declaration order, and the intensity layer.
+std::vector<double> Fields(const StretchRenderRecord& r) {
+  std::vector<double> fields{double(r.intensityLayer != nullptr)};
+  for (const Control* c : ValueControls())
+    fields.push_back(c->field.whole ? r.*c->field.whole : r.*c->field.real);
+  return fields;
 }
 
 class Settings : public ::testing::TestWithParam<Row> {};

@@ -17,27 +17,20 @@
 namespace morvane::frei0r {
 namespace {
 
-// k / 10^decimals as decimal text, made from the integers alone.
-std::string Decimal(long k, int decimals) {
-  std::string digits = std::to_string(std::labs(k));
-  digits.insert(0, std::size_t(std::max<long>(0, decimals + 1 - long(digits.size()))), '0');
-  if (decimals > 0) digits.insert(digits.size() - std::size_t(decimals), ".");
-  return (k < 0 ? "-" : "") + digits;
-}
-
 // What a user can type: every step a slider shows from one end of its range to the other, every
 // tenth of a degree over a turn either way, both checkbox states, every popup item.
 std::vector<std::string> Typed(const FreiControl& frei) {
   const Control& control = *frei.control;
   if (control.kind == ControlKind::Popup) return frei.items;
-  const int decimals = control.kind == ControlKind::Slider ? control.slider.precision : 1;
+  const bool slider = control.kind == ControlKind::Slider;
+  const int decimals = slider ? control.slider.precision : control.kind == ControlKind::Angle;
   const double scale = std::pow(10.0, decimals);
-  const long first = control.kind == ControlKind::Slider ? std::lround(frei.min * scale) : -3600;
-  const long last = control.kind == ControlKind::Slider ? std::lround(frei.max * scale) : 3600;
+  const long first = slider ? std::lround(frei.min * scale) : decimals ? -3600 : 0;
+  const long last = slider ? std::lround(frei.max * scale) : decimals ? 3600 : 1;
   std::vector<std::string> texts;
-  for (long k = control.kind == ControlKind::Checkbox ? 0 : first;
-       k <= (control.kind == ControlKind::Checkbox ? 1 : last); ++k)
-    texts.push_back(Decimal(k, control.kind == ControlKind::Checkbox ? 0 : decimals));
+  char text[32];
+  for (long k = first; k <= last; ++k)
+    texts.emplace_back(text, std::snprintf(text, sizeof text, "%.*f", decimals, double(k) / scale));
   return texts;
 }
 
@@ -51,24 +44,22 @@ TEST_P(SixDecimals, GiveBackEveryValueAUserCanType) {
   const FreiControl& frei = FreiControls()[std::size_t(GetParam())];
   const Control& control = *frei.control;
   const std::vector<std::string> typed = Typed(frei);
+  const bool popup = control.kind == ControlKind::Popup, angle = control.kind == ControlKind::Angle;
   ASSERT_GE(typed.size(), 2u);
   int lost = 0;
   for (std::size_t i = 0; i < typed.size(); ++i) {
     const double value = std::strtod(typed[i].c_str(), nullptr);
     double host = value;  // the checkbox
     if (control.kind == ControlKind::Slider) host = (value - frei.min) / (frei.max - frei.min);
-    if (control.kind == ControlKind::Angle) host = value / 360.0;
+    if (angle) host = value / 360.0;
     char saved[64];
     std::snprintf(saved, sizeof saved, "%.6f", host);
     FreiSettings settings;
-    control.kind == ControlKind::Popup ? (void)settings.SetItem(GetParam(), typed[i])
-                                       : settings.SetNumber(GetParam(), std::atof(saved));
+    popup ? (void)settings.SetItem(GetParam(), typed[i])
+          : settings.SetNumber(GetParam(), std::atof(saved));
+    const double own = angle ? SaturatedFixedFromDegrees(value) : popup ? double(i) : value;
     StretchRenderRecord expected{};
-    StoreValue(control,
-               control.kind == ControlKind::Angle   ? SaturatedFixedFromDegrees(value)
-               : control.kind == ControlKind::Popup ? double(i)
-                                                    : value,
-               expected);
+    StoreValue(control, own, expected);
     const double got = Stored(control, settings.Record());
     if (got != Stored(control, expected) && ++lost <= 3)
       ADD_FAILURE() << control.name << " " << typed[i] << " saved as " << saved << " comes back as "
