@@ -1,5 +1,7 @@
 #include "frei0r/FreiMapping.h"
 
+#include <cmath>
+
 #include "params/ControlNames.h"
 #include "sdk/FixedDegrees.h"
 
@@ -11,12 +13,25 @@ double SliderFromUnit(double x, double min, double max) {
   return min + x * (max - min);
 }
 
+double NearestShown(double value, int decimals, double tolerance) {
+  const double scale = std::pow(10.0, decimals);
+  const double shown = std::round(value * scale) / scale;  // exact scale: the decimal's double
+  return std::abs(shown - value) <= tolerance ? shown : value;
+}
+
+double SliderFromHost(double x, double min, double max, int decimals, bool whole) {
+  const double value = SliderFromUnit(x, min, max);
+  return whole ? std::round(value) : NearestShown(value, decimals, kSixDecimalsError * (max - min));
+}
+
 double UnitFromSlider(double value, double min, double max) {
   return max > min ? (value - min) / (max - min) : 0.0;
 }
 
 int32_t AngleFromTurns(double turns) {
-  return SaturatedFixedFromDegrees(turns * 360.0);
+  const double degrees = turns * 360.0;
+  return SaturatedFixedFromDegrees(
+      NearestShown(degrees, kAngleDecimals, kSixDecimalsError * 360.0));
 }
 
 double TurnsFromAngle(int32_t fixed) {

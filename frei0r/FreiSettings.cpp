@@ -21,7 +21,8 @@ void FreiSettings::SetNumber(int index, double x) {
   double& value = values_[static_cast<std::size_t>(index)];
   switch (control.control->kind) {
     case ControlKind::Slider:
-      value = SliderFromUnit(x, control.min, control.max);
+      value = SliderFromHost(x, control.min, control.max, control.control->slider.precision,
+                             control.control->field.whole != nullptr);
       break;
     case ControlKind::Angle:
       value = AngleFromTurns(x);

@@ -9,7 +9,12 @@ struct ModuleDescription {
   const char* explanation;
 };
 
-// Defined once per module (FilterModule.cpp, MixerModule.cpp).
+// The filter (morvane.so) and the mixer (morvane_mix.so), as the editors' descriptions name
+// them too.
+const ModuleDescription& FilterDescription();
+const ModuleDescription& MixerDescription();
+
+// Defined once per module (FilterModule.cpp, MixerModule.cpp): one of the two.
 const ModuleDescription& ThisModule();
 
 }  // namespace morvane::frei0r

@@ -1,11 +1,13 @@
 #!/usr/bin/env bash
 # Installs the Debian packages the project needs. Idempotent; run as root (or with sudo).
-# Usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm] [--openfx]
+# Usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm] [--openfx] [--editors]
 #   --bench    OpenCV, which only the benchmark uses (as the cv::remap peer)
 #   --windows  the MinGW-w64 cross compiler for the Windows module
 #   --wine     Wine, to run the Windows module's checks
 #   --farm     Slurm and MUNGE, for the README's render-farm example (a one-node cluster)
 #   --openfx   what building melt with MLT's OpenFX host needs (scripts/build-mlt-openfx.sh)
+#   --editors  Kdenlive and Shotcut, and Xvfb, xdotool and ImageMagick to test them on a private
+#              X display (tests kdenlive_editor, shotcut_editor)
 set -euo pipefail
 
 packages=(
@@ -26,8 +28,9 @@ for option in "$@"; do
       packages+=(libglib2.0-dev libavformat-dev libavfilter-dev libavdevice-dev libswscale-dev
         libswresample-dev libxml2-dev)
       ;;
+    --editors) packages+=(kdenlive shotcut xvfb xauth xdotool imagemagick dbus libglib2.0-bin) ;;
     *)
-      echo "usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm] [--openfx]" >&2
+      echo "usage: scripts/install-deps.sh [--bench] [--windows] [--wine] [--farm] [--openfx] [--editors]" >&2
       exit 2
       ;;
   esac

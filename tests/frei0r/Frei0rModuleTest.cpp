@@ -15,7 +15,6 @@
 #include <sstream>
 #include <string>
 #include <thread>
-#include <tuple>
 #include <variant>
 #include <vector>
 
@@ -148,7 +147,7 @@ const Param kParams[] = {
     {"Channels", F0R_PARAM_STRING, "luma", "Luma (no Alpha)", "luma-no-alpha"},
     {"Morvane Intensity", F0R_PARAM_DOUBLE, 1.0, 1.5, 1.0},
     {"Morvane", F0R_PARAM_DOUBLE, 1.0 / 64, 0.25, 0.25},
-    {"Pixel Size", F0R_PARAM_DOUBLE, 0.99 / 15.99, 0.3, 0.3},
+    {"Pixel Size", F0R_PARAM_DOUBLE, 0.99 / 15.99, 0.2, 0.2},
     {"Stretch Curve", F0R_PARAM_STRING, "linear-ramp-up", "exp-down", "exp-down"},
     {"Curve Phase", F0R_PARAM_DOUBLE, 0.0, 0.125, 0.125},
     {"Curve Smoothness", F0R_PARAM_DOUBLE, 0.0, -1.0, 0.0},
@@ -202,13 +201,12 @@ struct Row {
   friend void PrintTo(const Row& row, std::ostream* os) { *os << row.label; }
 };
 
-auto Fields(const StretchRenderRecord& r) {
-  return std::tuple(r.channelMode, r.intensity, r.direction, r.stretchAmount, r.pixelSize,
-                    r.startOffset, r.curveShape, r.curvePhase, r.curveSmoothness,
-                    r.distributionMode, r.distributionRange, r.imageShiftPhase,
-                    r.imageShiftPhaseSync, r.shadingMode, r.shadingIntervalSize,
-                    r.shadingIntervalPhase, r.shadingOpacity, r.shadingChannels, r.edgeMode,
-                    r.transparencyFeather, r.intensityLayer);
+// Every value the controls store in the record, in declaration order, and the intensity layer.
+std::vector<double> Fields(const StretchRenderRecord& r) {
+  std::vector<double> fields{double(r.intensityLayer != nullptr)};
+  for (const Control* c : ValueControls())
+    fields.push_back(c->field.whole ? r.*c->field.whole : r.*c->field.real);
+  return fields;
 }
 
 class Settings : public ::testing::TestWithParam<Row> {};
@@ -269,13 +267,13 @@ INSTANTIATE_TEST_SUITE_P(
               r.startOffset = 10, r.distributionRange = 1.5, r.shadingMode = 1;
               r.shadingIntervalSize = 129, r.shadingOpacity = 80, r.transparencyFeather = 30;
             }},
-        // Shading Interval Size 0.01 is 4.54 pixels, truncated.
-        Row{"SlidersClampAndTruncate",
+        // Shading Interval Size 0.01 is 4.54 pixels, rounded.
+        Row{"SlidersClampAndRound",
             "Morvane Intensity=1.5|Morvane=-0.2|Pixel Size=-3|Distribution Range=nan|"
             "Shading Interval Size=0.01|Shading=triangle-wave|Shading Opacity=2",
             [](StretchRenderRecord& r) {
               r.intensity = 100, r.stretchAmount = 0, r.pixelSize = 0.01, r.distributionRange = 0;
-              r.shadingIntervalSize = 4, r.shadingMode = 2, r.shadingOpacity = 100;
+              r.shadingIntervalSize = 5, r.shadingMode = 2, r.shadingOpacity = 100;
             }},
         Row{"AnglesInTurnsAndTheCheckbox",
             "Curve Phase=0.25|Image Shift Phase=-1|Image Shift Phase Sync=0.49|Shading=sine-wave|"
