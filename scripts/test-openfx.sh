@@ -11,20 +11,13 @@
 # Usage: scripts/test-openfx.sh BUILD_DIR   (with the bundle and the morvane tool built in it;
 #   MORVANE_CLI overrides the tool)
 set -euo pipefail
-build="$(realpath "$1")"
 repo="$(cd "$(dirname "$0")/.." && pwd)"
-cli="$(realpath "${MORVANE_CLI:-$build/cli/morvane}")"
 # shellcheck source=/dev/null
-source "$(bash "$repo/scripts/build-mlt-openfx.sh" "$build/mlt-openfx")"
+source "$(bash "$repo/scripts/build-mlt-openfx.sh" "$(realpath "$1")/mlt-openfx")"  # melt first on the PATH
+. "$repo/scripts/test-lib.sh"
 export OFX_PLUGIN_PATH="$build/ofx-plugins"
 filter=openfx.com.orbrenn.morvane
-work="$(mktemp -d)"
-trap 'rm -rf "$work"' EXIT
-cd "$work"
-failed=0
 fail() { failed=$((failed + 1)) && echo "FAILED  $*"; }
-ff() { ffmpeg -nostdin -hide_banner -loglevel error -y "$@"; }
-melt() { "$MORVANE_OFX_MELT" "$@" </dev/null; }
 
 # --- What the host lists.
 melt -query filters >filters.yaml 2>/dev/null
@@ -79,24 +72,7 @@ properties() {
     echo "$camel=$value"
   done
 }
-# melt renders 3 frames of CLIP with MELT-ARGS into raw frames of PIX_FMT. A run that writes
-# nothing (MLT's consumer can miss its own start on a busy machine) is repeated.
 frames=3 last=2
-melt_render() { # melt_render OUT CLIP IMAGE-FORMAT PIX_FMT MELT-ARGS...
-  for _ in 1 2 3 4 5; do
-    rm -f melt.nut && status=0
-    timeout -k 5 120 "$MORVANE_OFX_MELT" -silent "$2" out=$last "${@:5}" -consumer avformat:melt.nut \
-      vcodec=rawvideo pix_fmt="$4" mlt_image_format="$3" an=1 real_time=0 </dev/null >melt.log 2>&1 ||
-      status=$?
-    [ -s melt.nut ] || [[ ! $status =~ ^(0|124|137)$ ]] && break
-  done
-  [ "$status" = 0 ] || cat melt.log >&2
-  ff -i melt.nut -frames:v $frames -f rawvideo -pix_fmt "$4" "$1" || : >"$1"
-}
-check() { # check NAME EXPECTED ACTUAL
-  [ -s "$2" ] && cmp -s "$2" "$3" && echo "ok      $1" && return
-  fail "$1 ($(cmp "$2" "$3" 2>&1 | head -1))"
-}
 
 # A 160 x 96 clip with transparent, half-transparent and opaque areas, at 8 bits and, with
 # levels no 8-bit image has, at 16 bits.
@@ -119,10 +95,10 @@ cases=(
 for bits in 8 16; do
   read -r image_format pix_fmt png_fmt <<<"${format[$bits]}"
   # The frames melt hands the filter, as PNG files for `morvane render`.
-  melt_render in$bits.raw src$bits.nut "$image_format" "$pix_fmt"
+  melt_render in$bits.raw src$bits.nut out=$last
   ff -f rawvideo -pix_fmt "$pix_fmt" -s 160x96 -i in$bits.raw -start_number 0 -pix_fmt "$png_fmt" in$bits-%d.png
   # "Morvane Intensity" 0 gives every level back.
-  melt_render melt.raw src$bits.nut "$image_format" "$pix_fmt" -filter $filter morvaneIntensity=0 morvane=9
+  melt_render melt.raw src$bits.nut out=$last -filter $filter morvaneIntensity=0 morvane=9
   check "$bits-bit, intensity 0 gives the frames back" in$bits.raw melt.raw
 done
 # The 16-bit frames hold levels that 8 bits cannot, so a render at 8 bits would show.
@@ -140,7 +116,7 @@ for entry in "${cases[@]}"; do
   ff -start_number 0 -i cli-%d.png -f rawvideo -pix_fmt "$pix_fmt" expected.raw || : >expected.raw
   cmp -s expected.raw in$bits.raw && fail "$bits-bit $name changes nothing"
   mapfile -t props < <(properties "${options[@]}")
-  melt_render melt.raw src$bits.nut "$image_format" "$pix_fmt" -filter $filter "${props[@]}"
+  melt_render melt.raw src$bits.nut out=$last -filter $filter "${props[@]}"
   check "$bits-bit $name" expected.raw melt.raw
 done
 

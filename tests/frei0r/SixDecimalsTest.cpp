@@ -13,6 +13,7 @@
 #include "frei0r/FreiControls.h"
 #include "frei0r/FreiSettings.h"
 #include "sdk/FixedDegrees.h"
+#include "tests/support/RecordText.h"
 
 namespace morvane::frei0r {
 namespace {
@@ -32,10 +33,6 @@ std::vector<std::string> Typed(const FreiControl& frei) {
   for (long k = first; k <= last; ++k)
     texts.emplace_back(text, std::snprintf(text, sizeof text, "%.*f", decimals, double(k) / scale));
   return texts;
-}
-
-double Stored(const Control& control, const StretchRenderRecord& record) {
-  return control.field.whole ? record.*control.field.whole : record.*control.field.real;
 }
 
 class SixDecimals : public ::testing::TestWithParam<int> {};
@@ -60,8 +57,8 @@ TEST_P(SixDecimals, GiveBackEveryValueAUserCanType) {
     const double own = angle ? SaturatedFixedFromDegrees(value) : popup ? double(i) : value;
     StretchRenderRecord expected{};
     StoreValue(control, own, expected);
-    const double got = Stored(control, settings.Record());
-    if (got != Stored(control, expected) && ++lost <= 3)
+    const double got = test::FieldValue(control, settings.Record());
+    if (got != test::FieldValue(control, expected) && ++lost <= 3)
       ADD_FAILURE() << control.name << " " << typed[i] << " saved as " << saved << " comes back as "
                     << got;
   }

@@ -33,15 +33,11 @@ TEST(ExactArithmetic, TenMillionthsEqualsTheDivisionForEveryCutValue) {
 TEST(ExactArithmetic, CutAndTruncationMatchFloorAndCast) {
   std::mt19937_64 rng(11);
   std::uniform_real_distribution<double> unit(0.0, 1.0);
-  std::vector<double> fractions = {0.0,
-                                   std::numeric_limits<double>::denorm_min(),
-                                   1e-7,
-                                   std::nextafter(1e-7, 0.0),
-                                   0.5,
-                                   0.0009775,
-                                   std::nextafter(1.0, 0.0),
-                                   0.9999999,
-                                   std::nextafter(0.9999999, 1.0)};
+  // clang-format off
+  std::vector<double> fractions = {0.0, std::numeric_limits<double>::denorm_min(), 1e-7,
+      std::nextafter(1e-7, 0.0), 0.5, 0.0009775, std::nextafter(1.0, 0.0), 0.9999999,
+      std::nextafter(0.9999999, 1.0)};
+  // clang-format on
   for (int i = 0; i < 200000; ++i)
     fractions.push_back(unit(rng));
   for (int i = 0; i < 20000; ++i) {
@@ -72,27 +68,13 @@ TEST(ExactArithmetic, QuotientTablesHoldTheRunTimeQuotients) {
 
 // Values around every rounding and saturation boundary of both integer depths.
 std::vector<double> StoreCases() {
-  std::vector<double> v = {0.0,
-                           -0.0,
-                           0.49999999999999994,
-                           0.5,
-                           std::nextafter(0.5, 1.0),
-                           -0.5,
-                           -3.0,
-                           std::nan(""),
-                           std::numeric_limits<double>::infinity(),
-                           -std::numeric_limits<double>::infinity(),
-                           254.5,
-                           std::nextafter(254.5, 0.0),
-                           255.0,
-                           255.49999999999997,
-                           256.7,
-                           32767.5,
-                           std::nextafter(32767.5, 0.0),
-                           32768.0,
-                           32768.49,
-                           40000.0,
-                           1e300};
+  constexpr double kInf = std::numeric_limits<double>::infinity();
+  // clang-format off
+  std::vector<double> v = {0.0, -0.0, 0.49999999999999994, 0.5, std::nextafter(0.5, 1.0), -0.5,
+      -3.0, std::nan(""), kInf, -kInf, 254.5, std::nextafter(254.5, 0.0), 255.0,
+      255.49999999999997, 256.7, 32767.5, std::nextafter(32767.5, 0.0), 32768.0, 32768.49,
+      40000.0, 1e300};
+  // clang-format on
   std::mt19937_64 rng(5);
   std::uniform_real_distribution<double> range(-10.0, 33000.0);
   for (int i = 0; i < 20000; ++i) {
