@@ -43,8 +43,8 @@ until grep -q 'frei0r.morvane' project.kdenlive; do
   call kdenlive.MainWindow.addEffect frei0r.morvane >/dev/null
   call KMainWindow.activateAction file_save >/dev/null
 done
-if [ -n "$screenshot" ]; then  # the clip selected, in the "Effects" layout
-  xdotool mousemove 1244 18 click 1 sleep 1 mousemove 518 772 click 1 sleep 2
+if [ -n "$screenshot" ]; then  # the clip monitor, and the Compositions list beside it
+  xdotool mousemove 122 466 click 1 sleep 2
   import -window root "$screenshot"
 fi
 stop
