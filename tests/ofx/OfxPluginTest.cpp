@@ -208,15 +208,10 @@ struct HostPixels {
     image.strings[kOfxImageEffectPropPixelDepth] = {kOfxBitDepthFloat};
     image.strings[kOfxImageEffectPropComponents] = {kOfxImageComponentRGBA};
   }
-  // The kernel's layout: ARGB, top row first.
-  KernelImage<float> Kernel() const {
-    KernelImage<float> k(bounds.x2 - bounds.x1, bounds.y2 - bounds.y1);
-    for (int r = 0; r < k.height; ++r)
-      for (int x = 0; x < k.width; ++x)
-        for (int c = 0; c < 4; ++c)
-          k.values[(std::size_t(r) * k.width + x) * 4 + (c + 1) % 4] =
-              values[std::size_t(k.height - 1 - r) * RowFloats() + x * 4 + c];
-    return k;
+  // The kernel's layout (ARGB, top row first), as the plug-in reads the host's images.
+  KernelImage<float> Kernel() {
+    return ReadHostImage<float, float>({values.data(), RowFloats() * 4, bounds, HostDepth::Float},
+                                       bounds);
   }
 };
 
