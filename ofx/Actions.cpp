@@ -21,7 +21,8 @@ void DefineClip(OfxImageEffectHandle effect, const char* name, bool optional) {
   OfxPropertySetHandle handle = nullptr;
   Check(Suites().effects->clipDefine(effect, name, &handle), name);
   const PropertySet props(handle);
-  props.SetString(kOfxImageEffectPropSupportedComponents, kOfxImageComponentRGBA);
+  props.SetString(kOfxImageEffectPropSupportedComponents, kOfxImageComponentRGBA, 0);
+  props.SetString(kOfxImageEffectPropSupportedComponents, kOfxImageComponentRGB, 1);
   props.SetInt(kOfxImageEffectPropSupportsTiles, 0);
   if (optional) props.SetInt(kOfxImageClipPropOptional, 1);
 }
@@ -137,10 +138,17 @@ OfxStatus GetRegionsOfInterest(OfxImageEffectHandle effect, OfxPropertySetHandle
 
 OfxStatus GetClipPreferences(OfxImageEffectHandle effect, OfxPropertySetHandle outArgs) {
   const Instance& instance = InstanceOf(effect);
+  // The output has the source's components, RGB or RGBA (anything else is asked for as RGBA);
+  // the intensity clip is read as RGBA.
+  OfxPropertySetHandle sourceProps = nullptr;
+  Check(Suites().effects->clipGetPropertySet(instance.source, &sourceProps),
+        "the source's properties");
+  const bool rgb = PropertySet(sourceProps).StringOr(kOfxImageClipPropUnmappedComponents, "") ==
+                   kOfxImageComponentRGB;
+  const char* components = rgb ? kOfxImageComponentRGB : kOfxImageComponentRGBA;
   const PropertySet out(outArgs);
   for (const char* clip : {kOfxImageEffectSimpleSourceClipName, kOfxImageEffectOutputClipName})
-    out.SetString(ClipPreference("OfxImageClipPropComponents_", clip).c_str(),
-                  kOfxImageComponentRGBA);
+    out.SetString(ClipPreference("OfxImageClipPropComponents_", clip).c_str(), components);
   if (instance.intensity != nullptr)
     out.SetString(ClipPreference("OfxImageClipPropComponents_", kIntensityClipName).c_str(),
                   kOfxImageComponentRGBA);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <type_traits>
 
 #include "ofx/HostSuites.h"
 
@@ -35,8 +36,12 @@ template <typename Host>
 Host* HostPixel(const HostImage& image, int x, int y) {
   auto* row = static_cast<char*>(image.data) +
               std::ptrdiff_t{y - image.bounds.y1} * std::ptrdiff_t{image.rowBytes};
-  return reinterpret_cast<Host*>(row) + std::ptrdiff_t{x - image.bounds.x1} * 4;
+  return reinterpret_cast<Host*>(row) + std::ptrdiff_t{x - image.bounds.x1} * image.components;
 }
+
+// An opaque alpha in the kernel's units.
+template <typename Kernel>
+constexpr Kernel kOpaque = std::is_same_v<Kernel, uint8_t> ? Kernel{255} : Kernel{1};
 
 }  // namespace
 
@@ -56,10 +61,13 @@ ClipImage::ClipImage(OfxImageClipHandle clip, OfxTime time, const char* clipName
                      std::string("the host gave no image of clip \"") + clipName + "\"");
   }
   const PropertySet props(handle_);
-  if (props.String(kOfxImageEffectPropComponents) != kOfxImageComponentRGBA) {
+  const std::string components = props.String(kOfxImageEffectPropComponents);
+  if (components != kOfxImageComponentRGBA && components != kOfxImageComponentRGB) {
     Suites().effects->clipReleaseImage(handle_);
-    throw OfxFailure(kOfxStatErrImageFormat, std::string("clip \"") + clipName + "\" is not RGBA");
+    throw OfxFailure(kOfxStatErrImageFormat,
+                     std::string("clip \"") + clipName + "\" is neither RGBA nor RGB");
   }
+  image_.components = components == kOfxImageComponentRGB ? 3 : 4;
   try {
     image_.depth = DepthFromName(props.String(kOfxImageEffectPropPixelDepth));
     image_.data = props.Pointer(kOfxImagePropData);
@@ -103,9 +111,12 @@ KernelImage<Kernel> ReadHostImage(const HostImage& image, const OfxRectI& rect) 
   for (int32_t row = 0; row < pixels.height; ++row) {
     const Host* in = HostPixel<Host>(image, rect.x1, rect.y2 - 1 - row);
     Kernel* out = pixels.values.data() + std::size_t(row) * pixels.width * 4;
-    for (int32_t x = 0; x < pixels.width; ++x)
-      for (int c = 0; c < 4; ++c)
-        out[4 * x + kKernelOfHost[c]] = ToKernel<Host, Kernel>(in[4 * x + c]);
+    const int n = image.components;
+    for (int32_t x = 0; x < pixels.width; ++x) {
+      out[4 * x] = kOpaque<Kernel>;
+      for (int c = 0; c < n; ++c)
+        out[4 * x + kKernelOfHost[c]] = ToKernel<Host, Kernel>(in[n * x + c]);
+    }
   }
   return pixels;
 }
@@ -115,15 +126,16 @@ void WriteHostImage(const KernelImage<Kernel>& pixels, const OfxRectI& rect, con
                     const OfxRectI& window) {
   const OfxRectI covered = Intersection(rect, window);
   for (int y = window.y1; y < window.y2; ++y) {
+    const int n = image.components;
     Host* out = HostPixel<Host>(image, window.x1, y);
-    std::fill(out, out + std::ptrdiff_t{window.x2 - window.x1} * 4, Host{});
+    std::fill(out, out + std::ptrdiff_t{window.x2 - window.x1} * n, Host{});
     if (y < covered.y1 || y >= covered.y2) continue;
     const Kernel* in = pixels.values.data() +
                        (std::size_t(rect.y2 - 1 - y) * pixels.width + (covered.x1 - rect.x1)) * 4;
-    Host* to = out + std::ptrdiff_t{covered.x1 - window.x1} * 4;
+    Host* to = out + std::ptrdiff_t{covered.x1 - window.x1} * n;
     for (int x = 0; x < covered.x2 - covered.x1; ++x)
-      for (int c = 0; c < 4; ++c)
-        to[4 * x + c] = ToHost<Host, Kernel>(in[4 * x + kKernelOfHost[c]]);
+      for (int c = 0; c < n; ++c)
+        to[n * x + c] = ToHost<Host, Kernel>(in[4 * x + kKernelOfHost[c]]);
   }
 }
 

@@ -1,8 +1,8 @@
-// Images as an OpenFX host hands them over (RGBA, rows bottom-up from the bounds' lower edge,
-// any row stride, byte, short or float channels) and as the kernels take them (ARGB, top row
-// first, no padding). Short images (0..65535) are rendered at float depth: every one of their
-// 65536 levels has its own float value v / 65535, which comes back as v, so an image rendered
-// at "Morvane Intensity" 0 is returned unchanged.
+// Images as an OpenFX host hands them over (RGBA or RGB, rows bottom-up from the bounds' lower
+// edge, any row stride, byte, short or float channels) and as the kernels take them (ARGB, top row
+// first, no padding; an RGB image is opaque). Short images (0..65535) are rendered at float depth:
+// every one of their 65536 levels has its own float value v / 65535, which comes back as v, so an
+// image rendered at "Morvane Intensity" 0 is returned unchanged.
 #pragma once
 
 #include <cstdint>
@@ -26,12 +26,13 @@ struct HostImage {
   int rowBytes = 0;  // may be negative
   OfxRectI bounds{};
   HostDepth depth = HostDepth::Byte;
+  int components = 4;  // 4 RGBA, 3 RGB
 };
 
 // An image of a clip at a time, fetched from the host and released when this goes.
 class ClipImage {
  public:
-  // Throws OfxFailure when the host has no image, or one that is not RGBA.
+  // Throws OfxFailure when the host has no image, or one that is neither RGBA nor RGB.
   ClipImage(OfxImageClipHandle clip, OfxTime time, const char* clipName);
   ~ClipImage();
   ClipImage(const ClipImage&) = delete;
@@ -64,7 +65,8 @@ template <typename Host, typename Kernel>
 KernelImage<Kernel> ReadHostImage(const HostImage& image, const OfxRectI& rect);
 
 // Writes the pixels of `window` (inside the image's bounds) into a host image: those inside
-// `rect`, the area `pixels` covers, from it, the others transparent black.
+// `rect`, the area `pixels` covers, from it, the others transparent black (an RGB image takes no
+// alpha).
 template <typename Host, typename Kernel>
 void WriteHostImage(const KernelImage<Kernel>& pixels, const OfxRectI& rect, const HostImage& image,
                     const OfxRectI& window);

@@ -24,30 +24,19 @@
 namespace morvane::ofx {
 namespace {
 
-// A property set: numbers (ints too) as doubles, strings, pointers.
-struct PropSet {
+// Every object of the host (effect, clip, image, parameter) is a property set, numbers (ints too)
+// as doubles, with the objects it holds by name ("Source", "image", a parameter's name).
+struct Node {
   std::map<std::string, std::vector<double>> numbers;
   std::map<std::string, std::vector<std::string>> strings;
   std::map<std::string, void*> pointers;
-};
-struct Param {
-  std::string type;
-  PropSet props;  // the value is the default, which a case may change
-};
-struct Clip {
-  PropSet props;
-  PropSet image;  // what clipGetImage hands over; no image without data
-};
-struct Effect {
-  PropSet props;
-  std::map<std::string, Param> params;
-  std::map<std::string, Clip> clips;
-  std::string message;
+  std::map<std::string, Node> children;
+  std::string message;  // what the plug-in last told the user
 };
 
 template <typename T>
 auto& Slot(OfxPropertySetHandle h, const char* name) {
-  auto* set = reinterpret_cast<PropSet*>(h);
+  auto* set = reinterpret_cast<Node*>(h);
   if constexpr (std::is_pointer_v<T> && !std::is_same_v<T, void*>)
     return set->strings[name];
   else
@@ -56,7 +45,7 @@ auto& Slot(OfxPropertySetHandle h, const char* name) {
 template <typename T>
 OfxStatus SetProp(OfxPropertySetHandle h, const char* name, int i, T value) {
   if constexpr (std::is_same_v<T, void*>) {
-    reinterpret_cast<PropSet*>(h)->pointers[name] = value;
+    reinterpret_cast<Node*>(h)->pointers[name] = value;
   } else {
     auto& values = Slot<T>(h, name);
     values.resize(std::max<std::size_t>(values.size(), i + 1));
@@ -67,7 +56,7 @@ OfxStatus SetProp(OfxPropertySetHandle h, const char* name, int i, T value) {
 template <typename T>
 OfxStatus GetProp(OfxPropertySetHandle h, const char* name, int i, T* value) {
   if constexpr (std::is_same_v<T, void*>) {
-    auto& pointers = reinterpret_cast<PropSet*>(h)->pointers;
+    auto& pointers = reinterpret_cast<Node*>(h)->pointers;
     *value = pointers.count(name) ? pointers[name] : nullptr;
     return pointers.count(name) ? kOfxStatOK : kOfxStatErrUnknown;
   } else {
@@ -92,26 +81,20 @@ OfxStatus GetPropN(OfxPropertySetHandle h, const char* name, int count, T* value
     if (GetProp<T>(h, name, i, values + i) != kOfxStatOK) return kOfxStatErrUnknown;
   return kOfxStatOK;
 }
-const OfxPropertySuiteV1 kProperties = {.propSetPointer = SetProp<void*>,
-                                        .propSetString = SetProp<const char*>,
-                                        .propSetDouble = SetProp<double>,
-                                        .propSetInt = SetProp<int>,
-                                        .propSetDoubleN = SetPropN<double>,
-                                        .propGetPointer = GetProp<void*>,
-                                        .propGetString = GetProp<char*>,
-                                        .propGetDouble = GetProp<double>,
-                                        .propGetInt = GetProp<int>,
-                                        .propGetDoubleN = GetPropN<double>,
-                                        .propGetIntN = GetPropN<int>};
+// clang-format off
+const OfxPropertySuiteV1 kProperties = {
+    .propSetPointer = SetProp<void*>, .propSetString = SetProp<const char*>,
+    .propSetDouble = SetProp<double>, .propSetInt = SetProp<int>,
+    .propSetDoubleN = SetPropN<double>, .propGetPointer = GetProp<void*>,
+    .propGetString = GetProp<char*>, .propGetDouble = GetProp<double>, .propGetInt = GetProp<int>,
+    .propGetDoubleN = GetPropN<double>, .propGetIntN = GetPropN<int>};
+// clang-format on
 
-Effect* E(void* h) {
-  return static_cast<Effect*>(h);
+Node* N(const void* h) {
+  return static_cast<Node*>(const_cast<void*>(h));
 }
-Clip* C(OfxImageClipHandle h) {
-  return reinterpret_cast<Clip*>(h);
-}
-OfxPropertySetHandle H(PropSet& props) {
-  return reinterpret_cast<OfxPropertySetHandle>(&props);
+OfxPropertySetHandle H(Node& node) {
+  return reinterpret_cast<OfxPropertySetHandle>(&node);
 }
 template <typename Out>
 OfxStatus Hand(Out* out, Out value, bool ok = true) {
@@ -121,35 +104,35 @@ OfxStatus Hand(Out* out, Out value, bool ok = true) {
 
 const OfxImageEffectSuiteV1 kEffects = {
     .getPropertySet = [](OfxImageEffectHandle e,
-                         OfxPropertySetHandle* p) { return Hand(p, H(E(e)->props)); },
+                         OfxPropertySetHandle* p) { return Hand(p, H(*N(e))); },
     .getParamSet = [](OfxImageEffectHandle e,
                       OfxParamSetHandle* p) { return Hand(p, OfxParamSetHandle(e)); },
     .clipDefine = [](OfxImageEffectHandle e, const char* name,
-                     OfxPropertySetHandle* p) { return Hand(p, H(E(e)->clips[name].props)); },
+                     OfxPropertySetHandle* p) { return Hand(p, H(N(e)->children[name])); },
     .clipGetHandle =
         [](OfxImageEffectHandle e, const char* name, OfxImageClipHandle* c, OfxPropertySetHandle*) {
-          const bool has = E(e)->clips.count(name) != 0;
-          return Hand(c, has ? OfxImageClipHandle(&E(e)->clips[name]) : nullptr, has);
+          const bool has = N(e)->children.count(name) != 0;
+          return Hand(c, has ? OfxImageClipHandle(&N(e)->children[name]) : nullptr, has);
         },
     .clipGetPropertySet = [](OfxImageClipHandle c,
-                             OfxPropertySetHandle* p) { return Hand(p, H(C(c)->props)); },
+                             OfxPropertySetHandle* p) { return Hand(p, H(*N(c))); },
     .clipGetImage =
         [](OfxImageClipHandle c, OfxTime, const OfxRectD*, OfxPropertySetHandle* p) {
-          return Hand(p, H(C(c)->image), C(c)->image.pointers.count(kOfxImagePropData) != 0);
+          Node& image = N(c)->children["image"];
+          return Hand(p, H(image), image.pointers.count(kOfxImagePropData) != 0);
         },
     .clipReleaseImage = [](OfxPropertySetHandle) { return kOfxStatOK; },
     .clipGetRegionOfDefinition =
         [](OfxImageClipHandle c, OfxTime, OfxRectD* rod) {
-          const auto& b = C(c)->image.numbers[kOfxImagePropBounds];
+          const auto& b = N(c)->children["image"].numbers[kOfxImagePropBounds];
           return Hand(rod, OfxRectD{b[0], b[1], b[2], b[3]});
         }};
 
 OfxStatus ParamValue(OfxParamHandle h, OfxTime time, ...) {
-  auto& param = *reinterpret_cast<Param*>(h);
-  const double value = param.props.numbers[kOfxParamPropDefault][0];
+  const double value = N(h)->numbers[kOfxParamPropDefault][0];
   va_list args;
   va_start(args, time);
-  if (param.type == kOfxParamTypeDouble)
+  if (N(h)->strings["type"][0] == kOfxParamTypeDouble)
     *va_arg(args, double*) = value;
   else
     *va_arg(args, int*) = int(value);
@@ -159,19 +142,19 @@ OfxStatus ParamValue(OfxParamHandle h, OfxTime time, ...) {
 const OfxParameterSuiteV1 kParameters = {
     .paramDefine =
         [](OfxParamSetHandle s, const char* type, const char* name, OfxPropertySetHandle* p) {
-          E(s)->params[name].type = type;
-          return Hand(p, H(E(s)->params[name].props));
+          N(s)->children[name].strings["type"] = {type};
+          return Hand(p, H(N(s)->children[name]));
         },
     .paramGetHandle =
         [](OfxParamSetHandle s, const char* name, OfxParamHandle* h, OfxPropertySetHandle*) {
-          return Hand(h, reinterpret_cast<OfxParamHandle>(&E(s)->params.at(name)));
+          return Hand(h, reinterpret_cast<OfxParamHandle>(&N(s)->children.at(name)));
         },
     .paramGetValueAtTime = ParamValue};
 
 OfxStatus Message(void* h, const char*, const char*, const char* format, ...) {
   va_list args;
   va_start(args, format);
-  E(h)->message = va_arg(args, const char*);
+  N(h)->message = va_arg(args, const char*);
   va_end(args);
   return kOfxStatOK;
 }
@@ -191,13 +174,14 @@ OfxPlugin* Plugin() {
   return plugin;
 }
 
-// Host RGBA float pixels, bottom row first, `pad` floats past each row.
+// Host float pixels of `components` channels (RGBA or RGB), bottom row first, `pad` floats past
+// each row.
 struct HostPixels {
   OfxRectI bounds;
-  int pad;
+  int pad, components;
   std::vector<float> values;
-  int RowFloats() const { return (bounds.x2 - bounds.x1) * 4 + pad; }
-  void Attach(PropSet& image) {
+  int RowFloats() const { return (bounds.x2 - bounds.x1) * components + pad; }
+  void Attach(Node& image) {
     values.resize(std::size_t(RowFloats()) * (bounds.y2 - bounds.y1));
     for (std::size_t i = 0; i < values.size(); ++i)
       values[i] = float((i * 2654435761u) % 1000) / 997.0f;
@@ -206,12 +190,13 @@ struct HostPixels {
     image.numbers[kOfxImagePropBounds] = {double(bounds.x1), double(bounds.y1), double(bounds.x2),
                                           double(bounds.y2)};
     image.strings[kOfxImageEffectPropPixelDepth] = {kOfxBitDepthFloat};
-    image.strings[kOfxImageEffectPropComponents] = {kOfxImageComponentRGBA};
+    image.strings[kOfxImageEffectPropComponents] = {components == 3 ? kOfxImageComponentRGB
+                                                                    : kOfxImageComponentRGBA};
   }
   // The kernel's layout (ARGB, top row first), as the plug-in reads the host's images.
   KernelImage<float> Kernel() {
-    return ReadHostImage<float, float>({values.data(), RowFloats() * 4, bounds, HostDepth::Float},
-                                       bounds);
+    return ReadHostImage<float, float>(
+        {values.data(), RowFloats() * 4, bounds, HostDepth::Float, components}, bounds);
   }
 };
 
@@ -222,32 +207,28 @@ struct Case {
   const char* context;
   OfxRectI source, intensity, window;
   double scale;
-  Fault fault;
-  OfxStatus status;
+  int components;       // of the source and output images
+  Fault fault;          // none: the render succeeds; any other: it fails
   const char* message;  // part of what the user is told, or "" for nothing
 };
-
-void PrintTo(const Case& c, std::ostream* os) {
-  *os << c.name;
-}
 
 class OfxRender : public testing::TestWithParam<Case> {};
 
 // Loads the plug-in, describes `effect` in `context` and creates an instance of it unless told not
 // to; `controls` are the parameters' values, by script name.
-void Create(Effect& effect, const char* context, bool instance,
+void Create(Node& effect, const char* context, bool instance,
             std::initializer_list<std::pair<const char*, double>> controls) {
   ASSERT_NE(Plugin(), nullptr);
   Plugin()->setHost(&gHost);
   ASSERT_EQ(Plugin()->mainEntry(kOfxActionLoad, nullptr, nullptr, nullptr), kOfxStatOK);
-  PropSet args;
+  Node args;
   args.strings[kOfxImageEffectPropContext] = {context};
   ASSERT_EQ(Plugin()->mainEntry(kOfxActionDescribe, &effect, nullptr, nullptr), kOfxStatOK);
   ASSERT_EQ(Plugin()->mainEntry(kOfxImageEffectActionDescribeInContext, &effect, H(args), nullptr),
             kOfxStatOK);
   for (const auto& [name, value] : controls)
-    effect.params.at(name).props.numbers[kOfxParamPropDefault] = {value};
-  effect.props.strings[kOfxImageEffectPropContext] = {context};
+    effect.children.at(name).numbers[kOfxParamPropDefault] = {value};
+  effect.strings[kOfxImageEffectPropContext] = {context};
   if (instance) {
     ASSERT_EQ(Plugin()->mainEntry(kOfxActionCreateInstance, &effect, nullptr, nullptr), kOfxStatOK);
   }
@@ -255,32 +236,36 @@ void Create(Effect& effect, const char* context, bool instance,
 
 TEST_P(OfxRender, EqualsTheDispatcherOrReportsTheFailure) {
   const Case& c = GetParam();
-  Effect effect;
-  PropSet args, out;
+  Node effect;
+  Node args, out;
   // Down, Morvane 7.5, Mirror
   Create(effect, c.context, c.fault != Fault::NoInstance,
          {{"direction", 2}, {"morvane", 7.5}, {"edgeMode", 1}});
 
-  HostPixels source{c.source, 3, {}}, output{c.source, 0, {}}, intensity{c.intensity, 1, {}};
-  source.Attach(effect.clips["Source"].image);
-  output.Attach(effect.clips["Output"].image);
+  HostPixels source{c.source, 3, c.components, {}}, output{c.source, 0, c.components, {}},
+      intensity{c.intensity, 1, 4, {}};
+  source.Attach(effect.children["Source"].children["image"]);
+  output.Attach(effect.children["Output"].children["image"]);
   const std::vector<float> before = output.values;
   const bool layer = !IsEmpty(c.intensity);
-  effect.clips[kIntensityClipName].props.numbers[kOfxImageClipPropConnected] = {double(layer)};
-  if (layer) intensity.Attach(effect.clips[kIntensityClipName].image);
+  effect.children[kIntensityClipName].numbers[kOfxImageClipPropConnected] = {double(layer)};
+  if (layer) intensity.Attach(effect.children[kIntensityClipName].children["image"]);
   if (c.fault == Fault::DepthsDiffer)
-    effect.clips["Output"].image.strings[kOfxImageEffectPropPixelDepth] = {kOfxBitDepthShort};
-  if (c.fault == Fault::NoSourceImage) effect.clips["Source"].image.pointers.clear();
+    effect.children["Output"].children["image"].strings[kOfxImageEffectPropPixelDepth] = {
+        kOfxBitDepthShort};
+  if (c.fault == Fault::NoSourceImage) effect.children["Source"].children["image"].pointers.clear();
   args.numbers[kOfxPropTime] = {0.0};
   args.numbers[kOfxImageEffectPropRenderScale] = {c.scale, c.scale};
   args.numbers[kOfxImageEffectPropRenderWindow] = {double(c.window.x1), double(c.window.y1),
                                                    double(c.window.x2), double(c.window.y2)};
-  EXPECT_EQ(Plugin()->mainEntry(kOfxImageEffectActionRender, &effect, H(args), H(out)), c.status);
+  const bool fails = c.fault != Fault::None;
+  EXPECT_EQ(Plugin()->mainEntry(kOfxImageEffectActionRender, &effect, H(args), H(out)),
+            fails ? kOfxStatFailed : kOfxStatOK);
   EXPECT_NE(effect.message.find(c.message), std::string::npos) << effect.message;
   EXPECT_EQ(effect.message.empty(), *c.message == '\0');
   if (c.fault != Fault::NoInstance)
     Plugin()->mainEntry(kOfxActionDestroyInstance, &effect, nullptr, nullptr);
-  if (c.status != kOfxStatOK || IsEmpty(c.window)) {
+  if (fails || IsEmpty(c.window)) {
     EXPECT_EQ(output.values, before) << "the output was touched";
     return;
   }
@@ -304,6 +289,8 @@ TEST_P(OfxRender, EqualsTheDispatcherOrReportsTheFailure) {
         (std::size_t(c.source.y2 - 1 - y) * in.width + c.window.x1 - c.source.x1) * 4;
     std::copy_n(&expected.values[at], (c.window.x2 - c.window.x1) * 4, &want.values[at]);
   }
+  for (std::size_t i = 0; c.components == 3 && i < want.values.size(); i += 4)
+    want.values[i] = 1.0f;  // an RGB image holds no alpha: read back, it is opaque
   EXPECT_EQ(rendered.values, want.values);
   EXPECT_NE(rendered.values, in.values) << "the render changed nothing";
 }
@@ -311,21 +298,20 @@ TEST_P(OfxRender, EqualsTheDispatcherOrReportsTheFailure) {
 constexpr OfxRectI kImage{-3, 5, 37, 29}, kNone{0, 0, 0, 0};
 constexpr const char *kFilter = kOfxImageEffectContextFilter,
                      *kGeneral = kOfxImageEffectContextGeneral;
+using enum Fault;
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(
     Cases, OfxRender,
     testing::Values(
-        Case{"WholeWindow", kFilter, kImage, kNone, kImage, 1.0, Fault::None, kOfxStatOK, ""},
-        Case{"PartWindowAtHalfScale", kFilter, kImage, kNone, {0, 9, 20, 21}, 0.5, Fault::None, kOfxStatOK, ""},
-        Case{"IntensityClipOfOtherSize", kGeneral, kImage, {2, 2, 13, 9}, kImage, 1.0, Fault::None, kOfxStatOK, ""},
-        Case{"IntensityClipNotConnected", kGeneral, kImage, kNone, kImage, 1.0, Fault::None, kOfxStatOK, ""},
-        Case{"ZeroSizedWindow", kFilter, kImage, kNone, {4, 9, 4, 20}, 1.0, Fault::None, kOfxStatOK, ""},
-        Case{"BeforeTheInstance", kFilter, kImage, kNone, kImage, 1.0, Fault::NoInstance, kOfxStatFailed,
-             "has not created this instance"},
-        Case{"MissingSourceImage", kFilter, kImage, kNone, kImage, 1.0, Fault::NoSourceImage, kOfxStatFailed,
-             "no image of clip \"Source\""},
-        Case{"DepthsDiffer", kFilter, kImage, kNone, kImage, 1.0, Fault::DepthsDiffer, kOfxStatFailed,
-             "pixel depths differ"}),
+        Case{"WholeWindow", kFilter, kImage, kNone, kImage, 1.0, 4, None, ""},
+        Case{"PartWindowAtHalfScale", kFilter, kImage, kNone, {0, 9, 20, 21}, 0.5, 4, None, ""},
+        Case{"IntensityClipOfOtherSize", kGeneral, kImage, {2, 2, 13, 9}, kImage, 1.0, 4, None, ""},
+        Case{"RgbImages", kFilter, kImage, kNone, kImage, 1.0, 3, None, ""},
+        Case{"IntensityClipNotConnected", kGeneral, kImage, kNone, kImage, 1.0, 4, None, ""},
+        Case{"ZeroSizedWindow", kFilter, kImage, kNone, {4, 9, 4, 20}, 1.0, 4, None, ""},
+        Case{"NoInstance", kFilter, kImage, kNone, kImage, 1.0, 4, NoInstance, "not created"},
+        Case{"NoSourceImage", kFilter, kImage, kNone, kImage, 1.0, 4, NoSourceImage, "no image of"},
+        Case{"DepthsDiffer", kFilter, kImage, kNone, kImage, 1.0, 4, DepthsDiffer, "depths"}),
     [](const auto& info) { return std::string(info.param.name); });
 // clang-format on
 
@@ -343,15 +329,14 @@ TEST(OfxRegions, FollowTheDirectionTheIntensityClipAndTheIntensity) {
                {3, 0, false, {4, 5, 9, 29}, kOfxStatOK},
                {2, 50, true, {-3, 5, 37, 29}, kOfxStatReplyDefault}};
   for (const auto& row : kRows) {
-    Effect effect;
-    PropSet args, out;
+    Node effect;
+    Node args, out;
     Create(effect, kOfxImageEffectContextGeneral, true,
            {{"direction", row.direction}, {"morvaneIntensity", row.intensity}});
-    HostPixels source{{-3, 5, 37, 29}, 0, {}}, intensity{{2, 2, 13, 9}, 0, {}};
-    source.Attach(effect.clips["Source"].image);
-    intensity.Attach(effect.clips[kIntensityClipName].image);
-    effect.clips[kIntensityClipName].props.numbers[kOfxImageClipPropConnected] = {
-        double(row.layer)};
+    HostPixels source{{-3, 5, 37, 29}, 0, 4, {}}, intensity{{2, 2, 13, 9}, 0, 4, {}};
+    source.Attach(effect.children["Source"].children["image"]);
+    intensity.Attach(effect.children[kIntensityClipName].children["image"]);
+    effect.children[kIntensityClipName].numbers[kOfxImageClipPropConnected] = {double(row.layer)};
     args.numbers[kOfxPropTime] = {0.0};
     args.numbers[kOfxImageEffectPropRegionOfInterest] = {4, 12, 9, 20};
     const auto call = [&](const char* action) {
