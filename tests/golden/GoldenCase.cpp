@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <iterator>
+#include <limits>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -41,11 +43,38 @@ T RandomChannel(Random& rng, bool alpha) {
   }
 }
 
+// Mostly the ends of the range and what lies beyond them, a normal channel now and then.
 template <typename T>
-std::vector<unsigned char> Paint(Random& rng, std::size_t elements) {
+T ExtremeChannel(Random& rng, bool alpha) {
+  if (rng.Chance(0.25)) return RandomChannel<T>(rng, alpha);
+  if constexpr (std::is_floating_point_v<T>) {
+    using Limits = std::numeric_limits<T>;
+    const T extremes[] = {Limits::quiet_NaN(),
+                          Limits::infinity(),
+                          -Limits::infinity(),
+                          T(-0.0),
+                          Limits::denorm_min(),
+                          -Limits::denorm_min(),
+                          Limits::min() / 2,
+                          Limits::max(),
+                          -Limits::max(),
+                          Limits::min(),
+                          T(1),
+                          T(0)};
+    return extremes[rng.Int(0, static_cast<int32_t>(std::size(extremes)) - 1)];
+  } else {
+    const T white = std::is_same_v<T, uint8_t> ? 255 : 32768;
+    const T extremes[] = {0, 1, T(white - 1), white, std::numeric_limits<T>::max()};
+    return extremes[rng.Int(0, static_cast<int32_t>(std::size(extremes)) - 1)];
+  }
+}
+
+template <typename T>
+std::vector<unsigned char> Paint(Random& rng, std::size_t elements, Painter painter) {
   std::vector<unsigned char> bytes(elements * sizeof(T));
   for (std::size_t i = 0; i < elements; ++i) {
-    const T value = RandomChannel<T>(rng, i % 4 == 0);
+    const T value = painter == Painter::Extremes ? ExtremeChannel<T>(rng, i % 4 == 0)
+                                                 : RandomChannel<T>(rng, i % 4 == 0);
     std::memcpy(bytes.data() + i * sizeof(T), &value, sizeof(T));
   }
   return bytes;
@@ -59,11 +88,11 @@ std::vector<unsigned char> PaintBuffer(const GoldenCase& c, Random& rng, int32_t
                         4;
   switch (c.depth) {
     case PixelDepth::Depth8:
-      return Paint<uint8_t>(rng, elements);
+      return Paint<uint8_t>(rng, elements, c.painter);
     case PixelDepth::Depth16:
-      return Paint<uint16_t>(rng, elements);
+      return Paint<uint16_t>(rng, elements, c.painter);
     case PixelDepth::Depth32f:
-      return Paint<float>(rng, elements);
+      return Paint<float>(rng, elements, c.painter);
   }
   throw std::logic_error("golden case with an unknown depth");
 }
@@ -106,8 +135,10 @@ std::string FormatCase(const GoldenCase& c) {
                 static_cast<int>(c.depth), c.width, c.height, c.inPadding, c.outPadding,
                 c.pixelSeed, static_cast<double>(c.scale), static_cast<int>(c.layer), c.layerWidth,
                 c.layerHeight, c.layerPadding, c.originX, c.originY);
+  std::string text = line;
+  if (c.painter == Painter::Extremes) text += " paint=extremes";
   const std::string record = test::RecordText(c.record);
-  return record.empty() ? line : line + (" " + record);
+  return record.empty() ? text : text + " " + record;
 }
 
 GoldenCase ParseCase(const std::string& line) {
@@ -122,8 +153,12 @@ GoldenCase ParseCase(const std::string& line) {
   c.depth = static_cast<PixelDepth>(depth);
   c.layer = static_cast<LayerKind>(layer);
   c.record = DefaultRecord();
-  for (std::string word; in >> word;)
-    test::ApplyRecordWord(c.record, word);
+  for (std::string word; in >> word;) {
+    if (word == "paint=extremes")
+      c.painter = Painter::Extremes;
+    else
+      test::ApplyRecordWord(c.record, word);
+  }
   return c;
 }
 

@@ -31,6 +31,10 @@ class Random {
 
 enum class LayerKind : int32_t { None = 0, Pixels = 1, NoData = 2 };
 
+// How the seed paints the buffers: channels as footage has them, or mostly the values at and past
+// the ends of the depth's range (float: NaN, infinities, -0, denormals, the largest finite values).
+enum class Painter : int32_t { Footage = 0, Extremes = 1 };
+
 struct GoldenCase {
   PixelDepth depth = PixelDepth::Depth8;
   int32_t width = 0;
@@ -45,11 +49,12 @@ struct GoldenCase {
   int32_t layerPadding = 0;
   int32_t originX = 0;  // the output's origin inside the layer
   int32_t originY = 0;
+  Painter painter = Painter::Footage;
   StretchRenderRecord record{};
 };
 
-// "depth w h inPad outPad seed scale layerKind lw lh lpad ox oy <20 record values>", numbers
-// written so that they read back exactly.
+// "depth w h inPad outPad seed scale layerKind lw lh lpad ox oy", "paint=extremes" for that
+// painter, then the record's "control=value" words; numbers written so that they read back exactly.
 std::string FormatCase(const GoldenCase& c);
 // Throws std::invalid_argument for a line that is not a case.
 GoldenCase ParseCase(const std::string& line);

@@ -1,6 +1,9 @@
 // Makes golden cases and shows them.
 //   golden_corpus_tool generate DEPTH COUNT SEED   random cases of depth 0 (8-bit), 1 (16-bit) or
 //                                                  2 (float), one "digest case" line each
+//   golden_corpus_tool lines DEPTH SEED            128 cases of a depth: every direction and edge
+//                                                  mode with lines of 1-33 pixels, odd line counts,
+//                                                  lengths at the edges of the resampler's choices
 //   golden_corpus_tool picture LINE OUT.ppm        the case's input beside its output, enlarged,
 //                                                  over a checkerboard where alpha is below 1
 //   golden_corpus_tool check CASES.txt             renders every case; exit 1 when any output
@@ -13,6 +16,7 @@
 #include <cstring>
 #include <exception>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -101,6 +105,42 @@ GoldenCase RandomCase(PixelDepth depth, uint32_t seed) {
   return c;
 }
 
+// Every direction and edge mode with lines of each length in kLineLengths, in groups of lines that
+// are seldom whole multiples of 8, a third painted with extreme values, and stretch lengths where
+// the resampler changes its mind (about 0.01, steps of 1 - 1e-5 and near it, their multiples).
+std::vector<GoldenCase> LineCases(PixelDepth depth, uint32_t seed) {
+  constexpr int32_t kLineLengths[] = {1, 2, 3, 7, 8, 9, 31, 33};
+  constexpr double kPixelSizes[] = {0.01,     0.99999,   0.999985, 0.9999949, 1.99999,
+                                    0.499995, 0.3333333, 1.00001,  2.99999,   0.0100001};
+  std::vector<GoldenCase> cases;
+  for (int32_t direction = 0; direction < 4; ++direction) {
+    for (int32_t edge = 0; edge < 4; ++edge) {
+      for (const int32_t along : kLineLengths) {
+        const auto caseSeed = seed + static_cast<uint32_t>(cases.size());
+        GoldenCase c = RandomCase(depth, caseSeed);
+        Random rng(~caseSeed);
+        const int32_t lines = rng.Chance(0.2) ? 8 * rng.Int(1, 2) : rng.Int(1, 19);
+        const bool rows = direction < 2;
+        c.width = rows ? along : lines;
+        c.height = rows ? lines : along;
+        c.record.direction = direction;
+        c.record.edgeMode = edge;
+        if (rng.Chance(0.3)) c.painter = Painter::Extremes;
+        if (rng.Chance(0.5)) {  // the stretch length is the pixel size
+          c.record.intensity = 100.0;
+          c.record.stretchAmount = 0.0;
+          c.record.pixelSize =
+              kPixelSizes[rng.Int(0, static_cast<int32_t>(std::size(kPixelSizes)) - 1)];
+        }
+        if (rng.Chance(0.5))
+          c.record.startOffset = rng.Chance(0.5) ? rng.Int(1, 99) : rng.Real(0, 100);
+        cases.push_back(c);
+      }
+    }
+  }
+  return cases;
+}
+
 double Unit(const std::vector<unsigned char>& bytes, PixelDepth depth, std::size_t element) {
   if (depth == PixelDepth::Depth8) return bytes[element] / 255.0;
   if (depth == PixelDepth::Depth16) {
@@ -143,6 +183,12 @@ void WritePicture(const GoldenCase& c, const std::string& line, const char* path
   }
 }
 
+// The case's corpus line: its digest as rendered now, then the case.
+void PrintCase(const GoldenCase& c) {
+  Frame frame = PaintFrame(c);
+  std::printf("%016" PRIx64 " %s\n", RenderDigest(c, frame), FormatCase(c).c_str());
+}
+
 int Run(int argc, char** argv) {
   const std::string command = argc > 1 ? argv[1] : "";
   if (command == "generate" && argc == 5) {
@@ -150,10 +196,14 @@ int Run(int argc, char** argv) {
     const int count = std::stoi(argv[3]);
     const auto seed = static_cast<uint32_t>(std::stoul(argv[4]));
     for (int i = 0; i < count; ++i) {
-      const GoldenCase c = RandomCase(depth, seed + static_cast<uint32_t>(i));
-      Frame frame = PaintFrame(c);
-      std::printf("%016" PRIx64 " %s\n", RenderDigest(c, frame), FormatCase(c).c_str());
+      PrintCase(RandomCase(depth, seed + static_cast<uint32_t>(i)));
     }
+    return 0;
+  }
+  if (command == "lines" && argc == 4) {
+    const auto depth = static_cast<PixelDepth>(std::stoi(argv[2]));
+    for (const GoldenCase& c : LineCases(depth, static_cast<uint32_t>(std::stoul(argv[3]))))
+      PrintCase(c);
     return 0;
   }
   if (command == "picture" && argc == 4) {
@@ -177,6 +227,7 @@ int Run(int argc, char** argv) {
   }
   std::fprintf(stderr,
                "usage: golden_corpus_tool generate DEPTH COUNT SEED\n"
+               "       golden_corpus_tool lines DEPTH SEED\n"
                "       golden_corpus_tool picture LINE OUT.ppm\n"
                "       golden_corpus_tool check CASES.txt\n");
   return 2;
