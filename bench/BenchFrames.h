@@ -113,18 +113,43 @@ inline StretchRenderRecord DefaultSettings(ChannelMode mode) {
   return r;
 }
 
-// "Morvane" 16, smoothness 8, Sine Wave shading at 50 % on RGB, Mirror, Up, and an
-// Intensity Source layer of another size.
-inline StretchRenderRecord HeavySettings(ChannelMode mode, PF_EffectWorld* layer) {
+// The control sets the benchmark cases render.
+enum class Settings : int32_t {
+  Default = 0,
+  Heavy = 1,     // "Morvane" 16, smoothness 8, Sine Wave shading at 50 % on RGB, Mirror, Up,
+                 // and an Intensity Source layer of another size
+  Down = 2,      // the defaults with Direction Down: lines are columns
+  Squeezed = 3,  // the defaults with Pixel Size 0.4: most output pixels take several steps
+};
+
+inline const char* SettingsName(Settings settings) {
+  constexpr const char* kNames[] = {"default", "heavy", "Direction Down", "Pixel Size 0.4"};
+  return kNames[static_cast<int32_t>(settings)];
+}
+
+inline StretchRenderRecord SettingsRecord(Settings settings, ChannelMode mode,
+                                          PF_EffectWorld* layer) {
   StretchRenderRecord r = DefaultSettings(mode);
-  r.stretchAmount = 16;
-  r.curveSmoothness = 8;
-  r.shadingMode = 1;
-  r.shadingOpacity = 50;
-  r.shadingChannels = 1;
-  r.edgeMode = 1;
-  r.direction = 3;
-  r.intensityLayer = layer;
+  switch (settings) {
+    case Settings::Heavy:
+      r.stretchAmount = 16;
+      r.curveSmoothness = 8;
+      r.shadingMode = 1;
+      r.shadingOpacity = 50;
+      r.shadingChannels = 1;
+      r.edgeMode = 1;
+      r.direction = 3;
+      r.intensityLayer = layer;
+      break;
+    case Settings::Down:
+      r.direction = 2;
+      break;
+    case Settings::Squeezed:
+      r.pixelSize = 0.4;
+      break;
+    case Settings::Default:
+      break;
+  }
   return r;
 }
 

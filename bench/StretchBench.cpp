@@ -1,5 +1,7 @@
 // Frame throughput of DispatchStretch, single-threaded, on images that look like footage and on
-// one random-noise worst case. Each case reports, in the thread's CPU time:
+// one random-noise worst case, with the default controls, a heavy set, Direction Down and Pixel
+// Size 0.4 (a case's "heavy" or "settings" argument is a Settings value). Each case reports, in
+// the thread's CPU time:
 //   MPix/s   output megapixels per second;
 //   xCopy    its time relative to a plain copy of the same frame (the memory floor);
 //   vsRemap  its throughput relative to a bilinear cv::remap of the same frame with a horizontal
@@ -87,7 +89,7 @@ void BM_DispatchStretch(benchmark::State& state) {
   const auto width = static_cast<int32_t>(state.range(0));
   const auto height = static_cast<int32_t>(state.range(1));
   const auto mode = static_cast<ChannelMode>(state.range(2));
-  const bool heavy = state.range(3) != 0;
+  const auto settings = static_cast<Settings>(state.range(3));
   const auto content = static_cast<Content>(state.range(4));
 
   Frame<Depth>& input = CachedFrame<Depth>(width, height, content, 1);
@@ -96,7 +98,8 @@ void BM_DispatchStretch(benchmark::State& state) {
   PF_EffectWorld in = input.World();
   PF_EffectWorld out = output.World();
   PF_EffectWorld layer = layerFrame.World();
-  const StretchRenderRecord record = heavy ? HeavySettings(mode, &layer) : DefaultSettings(mode);
+  const StretchRenderRecord record = SettingsRecord(settings, mode, &layer);
+  state.SetLabel(SettingsName(settings));
 
   const double copySeconds = CopySeconds(input, output);
 #if MORVANE_BENCH_OPENCV
@@ -190,9 +193,20 @@ void Cases(benchmark::internal::Benchmark* b) {
   b->Unit(benchmark::kMillisecond)->MinTime(0.5);
 }
 
+// Columns, and steps shorter than a pixel, at 4K on footage.
+void MoreCases(benchmark::internal::Benchmark* b) {
+  b->ArgNames({"w", "h", "mode", "settings", "noise"});
+  for (const Settings settings : {Settings::Down, Settings::Squeezed})
+    b->Args({3840, 2160, static_cast<int64_t>(ChannelMode::Luma), static_cast<int64_t>(settings),
+             static_cast<int64_t>(Content::Footage)});
+  b->Unit(benchmark::kMillisecond)->MinTime(0.5);
+}
+
 BENCHMARK(BM_DispatchStretch<PixelDepth::Depth8>)->Apply(Cases);
 BENCHMARK(BM_DispatchStretch<PixelDepth::Depth16>)->Apply(Cases);
 BENCHMARK(BM_DispatchStretch<PixelDepth::Depth32f>)->Apply(Cases);
+BENCHMARK(BM_DispatchStretch<PixelDepth::Depth8>)->Apply(MoreCases);
+BENCHMARK(BM_DispatchStretch<PixelDepth::Depth32f>)->Apply(MoreCases);
 
 void BandCases(benchmark::internal::Benchmark* b) {
   b->ArgNames({"w", "h", "threads"});

@@ -1,9 +1,10 @@
 // Renders one benchmark case a given number of times, for profilers that want a plain program
 // (valgrind --tool=callgrind counts instructions repeatably even on a loaded machine):
 //
-//   morvane_profile <depth 8|16|32> <width> <height> <mode> <heavy 0|1> [frames] [noise 0|1]
+//   morvane_profile <depth 8|16|32> <width> <height> <mode> <settings 0-3> [frames] [noise 0|1]
 //                   [instruction set: fastest|baseline|avx2]
 //
+// Settings: 0 default, 1 heavy, 2 Direction Down, 3 Pixel Size 0.4 (as the benchmark's cases).
 // Prints the thread's CPU time per frame and a checksum of the last output. Naming an
 // instruction set runs the kernels of that build directly (mode 0, "Luma", only: one kernel, no
 // copies, so the same work as the render).
@@ -42,15 +43,15 @@ bool RenderLuma(Frame<Depth>& input, Frame<Depth>& output, const StretchRenderRe
 }
 
 template <PixelDepth Depth>
-int Run(int32_t width, int32_t height, ChannelMode mode, bool heavy, int frames, Content content,
-        const char* instructionSet) {
+int Run(int32_t width, int32_t height, ChannelMode mode, Settings settings, int frames,
+        Content content, const char* instructionSet) {
   Frame<Depth>& input = CachedFrame<Depth>(width, height, content, 1);
   Frame<Depth>& layerFrame = CachedFrame<Depth>(width * 2 / 3, height * 2 / 3, content, 2);
   Frame<Depth> output(width, height);
   PF_EffectWorld in = input.World();
   PF_EffectWorld out = output.World();
   PF_EffectWorld layer = layerFrame.World();
-  const StretchRenderRecord record = heavy ? HeavySettings(mode, &layer) : DefaultSettings(mode);
+  const StretchRenderRecord record = SettingsRecord(settings, mode, &layer);
 
   const bool direct = std::strcmp(instructionSet, "fastest") != 0;
   const auto isa = std::strcmp(instructionSet, "avx2") == 0 ? KernelInstructionSet::Avx2
@@ -88,7 +89,7 @@ int main(int argc, char** argv) {
   using namespace morvane;
   if (argc < 6) {
     std::fprintf(stderr,
-                 "usage: %s <8|16|32> <width> <height> <mode> <heavy> [frames] [noise] "
+                 "usage: %s <8|16|32> <width> <height> <mode> <settings 0-3> [frames] [noise] "
                  "[fastest|baseline|avx2]\n",
                  argv[0]);
     return 2;
@@ -97,21 +98,22 @@ int main(int argc, char** argv) {
   const auto width = static_cast<int32_t>(std::atoi(argv[2]));
   const auto height = static_cast<int32_t>(std::atoi(argv[3]));
   const auto mode = static_cast<ChannelMode>(std::atoi(argv[4]));
-  const bool heavy = std::atoi(argv[5]) != 0;
+  const int settingsArg = std::atoi(argv[5]);
+  const auto settings = static_cast<bench::Settings>(settingsArg);
   const int frames = argc > 6 ? std::max(1, std::atoi(argv[6])) : 1;
   const auto content =
       argc > 7 && std::atoi(argv[7]) != 0 ? bench::Content::Noise : bench::Content::Footage;
   const char* instructionSet = argc > 8 ? argv[8] : "fastest";
-  if (width <= 0 || height <= 0) return 2;
+  if (width <= 0 || height <= 0 || settingsArg < 0 || settingsArg > 3) return 2;
   switch (depth) {
     case 8:
-      return bench::Run<PixelDepth::Depth8>(width, height, mode, heavy, frames, content,
+      return bench::Run<PixelDepth::Depth8>(width, height, mode, settings, frames, content,
                                             instructionSet);
     case 16:
-      return bench::Run<PixelDepth::Depth16>(width, height, mode, heavy, frames, content,
+      return bench::Run<PixelDepth::Depth16>(width, height, mode, settings, frames, content,
                                              instructionSet);
     case 32:
-      return bench::Run<PixelDepth::Depth32f>(width, height, mode, heavy, frames, content,
+      return bench::Run<PixelDepth::Depth32f>(width, height, mode, settings, frames, content,
                                               instructionSet);
     default:
       return 2;
