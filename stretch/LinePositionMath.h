@@ -32,7 +32,9 @@ inline constexpr double kTenMillionthTail = 0x1.795e90af0f4cap-53;
 // 2^-80 of n / 10^7. A quotient n / 10^7 that is not itself a double lies at least
 // ulp / (2 * 10^7) away from every rounding boundary, far more than that error, so the sum
 // rounds to the correctly rounded quotient (the tests check all ten million values).
-[[gnu::always_inline]] inline double TenMillionths(double n) {
+// (The same holds lane by lane for a vector of such numbers.)
+template <typename Number>
+[[gnu::always_inline]] inline Number TenMillionths(Number n) {
   return n * kTenMillionthHead + n * kTenMillionthTail;
 }
 

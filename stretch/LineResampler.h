@@ -19,13 +19,16 @@ inline namespace MORVANE_ISA {
 // takes) and rest = S - u0. The position pass and the value pass below both decide from these
 // same expressions, so they always agree.
 
+// A remainder of at least this much (and below 1) is written out as a whole output pixel.
+inline constexpr double kWrittenAtOnce = 0.99999;
+
 // A step of length at most 2 whose remainder is not written out at once (below 0.99999 or at
 // least 1): after its first output pixel it reaches at most one more whole output pixel, since
 // u0 + 1 <= S can hold but u0 + 2 <= S cannot (u0 = 1 - f is at least about 1e-7). (The
 // remainder test is one combined mask: two branches on it would be unpredictable.)
 [[gnu::always_inline]] inline bool IsShortSpan(double length, double rest) {
   const bool writtenAtOnce =
-      MaskCount(MaskGreaterEqual(rest, 0.99999) & MaskGreater(1.0, rest)) != 0;
+      MaskCount(MaskGreaterEqual(rest, kWrittenAtOnce) & MaskGreater(1.0, rest)) != 0;
   return length <= 2.0 && !writtenAtOnce;
 }
 
@@ -42,6 +45,10 @@ inline namespace MORVANE_ISA {
 // that chain short and lets the chains of two lines run side by side.
 class LinePosition {
  public:
+  LinePosition() = default;
+  // A line at `linePosition`.
+  explicit LinePosition(double linePosition) : linePosition_(linePosition) {}
+
   // Start of a line, before the start-offset copy.
   void Reset() { linePosition_ = 0.0; }
   // One pixel of the start-offset copy was written.
@@ -85,7 +92,7 @@ class LinePosition {
       }
       if (length > consumed) linePosition_ += length - consumed;
     } else if (rest > 0.0) {
-      if (rest >= 0.99999) {
+      if (rest >= kWrittenAtOnce) {
         if (--room == 0) return true;
         linePosition_ += 1.0;
       } else {
@@ -188,7 +195,7 @@ class LineResampler {
       }
     } else if (rest > 0.0) {
       const Value v = Interpolate(delta, from, consumed, length) * rest;
-      if (rest >= 0.99999) {
+      if (rest >= kWrittenAtOnce) {
         if (sink.Emit(v)) return true;
       } else {
         carry_ = v;

@@ -4,85 +4,67 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <iterator>
 #include <utility>
 
 #include "stretch/LineStretcher.h"
+#include "stretch/LockstepPositions.h"
 
 namespace morvane::detail {
 inline namespace MORVANE_ISA {
 
-// Lines a kernel works on side by side: four independent position chains hide most of the
-// latency of one (two left the processor idle; eight spill the line state to memory).
-inline constexpr int32_t kLinesInFlight = 4;
-
-// Renders lines [first, last) of a prepared call. kLinesInFlight lines are worked on at a time,
-// and their position passes run one step of each in turn: the steps of one line form a chain
-// of dependent arithmetic, and independent chains side by side keep the processor busy. Lines
-// never influence each other, so the order changes nothing.
+// Renders lines [first, last) of a prepared call, kLockstepLines at a time: per chunk of steps,
+// the lengths of each line, then the position passes of all of them in lockstep, then the values
+// of each line. Lines never influence each other, so the order changes nothing.
 template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant, EdgeMode Mode,
           bool kMultiply>
 void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>>& images,
                   int32_t first, int32_t last) {
   using Stretcher = LineStretcher<Depth, Origin, Variant, Mode, kMultiply>;
-  constexpr int32_t kLanes = kLinesInFlight;
+  constexpr int32_t kLines = kLockstepLines;
   int32_t line = std::max(first, 0);
   const int32_t end = std::min(last, call.lineCount);
+  LockstepLines lanes;
 
-  // Begins the next line that needs stretch steps; false when none is left.
-  const auto beginNext = [&](Stretcher& s, LinePosition& position, int32_t& room) {
+  // Begins the next line that needs stretch steps in lane i; false when none is left.
+  const auto beginNext = [&](Stretcher& s, int32_t i) {
     while (line < end) {
-      position.Reset();
-      if (!s.Begin(line++, position, room)) return true;
+      LinePosition position;
+      int32_t room = 0;
+      if (!s.Begin(line++, position, room)) {
+        lanes.position[i] = position.linePosition();
+        lanes.room[i] = room;
+        return true;
+      }
     }
     return false;
   };
 
-  std::array<Stretcher, kLanes> s = [&]<std::size_t... I>(std::index_sequence<I...>) {
-    return std::array<Stretcher, kLanes>{((void)I, Stretcher(call, images))...};
+  std::array<Stretcher, kLines> s = [&]<std::size_t... I>(std::index_sequence<I...>) {
+    return std::array<Stretcher, kLines>{((void)I, Stretcher(call, images))...};
   }
-  (std::make_index_sequence<kLanes>());
-  LinePosition position[kLanes];
-  int32_t room[kLanes] = {};
-  double lengths[kLanes][kStepChunk];
-  double filled[kLanes][kStepChunk];
-  bool active[kLanes];
+  (std::make_index_sequence<kLines>());
+  // Step k of line i at [k * kLines + i]; a lane without a line keeps harmless numbers.
+  alignas(32) double lengths[kStepChunk * kLines];
+  alignas(32) double filled[kStepChunk * kLines];
+  std::fill(std::begin(lengths), std::end(lengths), 1.0);
+  int32_t counts[kLines] = {};
   bool anyActive = false;
-  for (int32_t i = 0; i < kLanes; ++i) {
-    active[i] = beginNext(s[i], position[i], room[i]);
-    anyActive = anyActive || active[i];
+  for (int32_t i = 0; i < kLines; ++i) {
+    lanes.active[i] = beginNext(s[i], i);
+    anyActive = anyActive || lanes.active[i];
   }
   while (anyActive) {
-#pragma GCC unroll 8
-    for (int32_t i = 0; i < kLanes; ++i) {
-      if (active[i]) s[i].Lengths(lengths[i]);
+    for (int32_t i = 0; i < kLines; ++i) {
+      if (lanes.active[i]) s[i].template Lengths<kLines>(lengths + i);
     }
-    // Position steps of all lines in turn, until each has a chunk or reaches its line's end.
-    int32_t count[kLanes] = {};
-    bool more[kLanes];
-    bool anyMore = false;
-#pragma GCC unroll 8
-    for (int32_t i = 0; i < kLanes; ++i) {
-      more[i] = active[i];
-      anyMore = anyMore || more[i];
-    }
-    while (anyMore) {
-      anyMore = false;
-#pragma GCC unroll 8
-      for (int32_t i = 0; i < kLanes; ++i) {
-        if (more[i]) {
-          const bool full = position[i].Step(lengths[i][count[i]], filled[i][count[i]], room[i]);
-          ++count[i];
-          more[i] = !full && count[i] < kStepChunk;
-          anyMore = anyMore || more[i];
-        }
-      }
-    }
+    LockstepPositionSteps(lanes, lengths, filled, kStepChunk, counts);
     anyActive = false;
-    for (int32_t i = 0; i < kLanes; ++i) {
-      if (active[i] && s[i].Values(lengths[i], filled[i], count[i])) {
-        active[i] = beginNext(s[i], position[i], room[i]);
+    for (int32_t i = 0; i < kLines; ++i) {
+      if (lanes.active[i] && s[i].template Values<kLines>(lengths + i, filled + i, counts[i])) {
+        lanes.active[i] = beginNext(s[i], i);
       }
-      anyActive = anyActive || active[i];
+      anyActive = anyActive || lanes.active[i];
     }
   }
 }

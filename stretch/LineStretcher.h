@@ -77,20 +77,23 @@ class LineStretcher {
     return false;
   }
 
-  // The stretch lengths of the next kStepChunk steps (a chunk may run past the end of the
-  // line; the steps after it are never used).
+  // The stretch lengths of the next kStepChunk steps, kStride apart (a chunk may run past the
+  // end of the line; the steps after it are never used).
+  template <int32_t kStride>
   [[gnu::always_inline]] void Lengths(double* lengths) {
     for (int32_t k = 0; k < kStepChunk; ++k) {
       const double measured = MeasureIntensity<Depth, Variant>(intensity_.Pixel());
       intensity_.Advance();
       double stretch = call_.curve[CurveIndex(measured)];
       stretch = ApplyDistribution(call_.distributionMode, stretch, step_, call_.distributionPixels);
-      lengths[k] = GuardStretchLength(stretch);
+      lengths[k * kStride] = GuardStretchLength(stretch);
       ++step_;
     }
   }
 
-  // The output pixels of `count` steps. Returns true when the output line is full.
+  // The output pixels of `count` steps (their lengths and filled parts kStride apart). Returns
+  // true when the output line is full.
+  template <int32_t kStride>
   [[gnu::always_inline]] bool Values(const double* lengths, const double* filled, int32_t count) {
     // The pass works on local copies of the line's state and of what it reads from the call:
     // its 8-bit stores may alias any object in memory, so state kept in members would be
@@ -115,12 +118,13 @@ class LineStretcher {
         const Value currentMul =
             ChannelMultipliers<Variant>(m.alphaCurrent * fadeCurrent, m.colourCurrent);
         const Value nextMul = ChannelMultipliers<Variant>(m.alphaNext * fadeNext, m.colourNext);
-        full = resampler.StepValues(lengths[k], filled[k], current, following, currentMul, nextMul,
-                                    cursor);
+        full = resampler.StepValues(lengths[k * kStride], filled[k * kStride], current, following,
+                                    currentMul, nextMul, cursor);
         fadeCurrent = fadeNext;
         shade.Advance();
       } else {
-        full = resampler.StepValues(lengths[k], filled[k], current, following, cursor);
+        full = resampler.StepValues(lengths[k * kStride], filled[k * kStride], current, following,
+                                    cursor);
       }
       current = following;
       next.Advance();
