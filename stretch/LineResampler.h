@@ -274,6 +274,28 @@ class OutputCursor {
 
   int32_t remaining() const { return remaining_; }
 
+  // The cursor for steps known not to fill the line: the same stores and moves, without a look
+  // at the line's end.
+  class Unbounded {
+   public:
+    explicit Unbounded(OutputCursor& cursor) : cursor_(cursor) {}
+    [[gnu::always_inline]] bool Emit(const Value& value) {
+      cursor_.Put(value);
+      --cursor_.remaining_;
+      cursor_.pixel_ += cursor_.step_;
+      return false;
+    }
+    [[gnu::always_inline]] void Put(const Value& value) { cursor_.Put(value); }
+    [[gnu::always_inline]] void Skip(int32_t count) {
+      cursor_.remaining_ -= count;
+      cursor_.pixel_ += cursor_.step_ & -static_cast<std::ptrdiff_t>(count);
+    }
+    [[gnu::always_inline]] static bool Full() { return false; }
+
+   private:
+    OutputCursor& cursor_;
+  };
+
  private:
   [[gnu::always_inline]] bool Advance() {
     if (--remaining_ == 0) return true;

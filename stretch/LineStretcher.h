@@ -109,26 +109,35 @@ class LineStretcher {
     const int32_t feather = call_.featherLength;
     const ShadingChannel shadingChannel = call_.shadingChannel;
 
-    bool full = false;
-    for (int32_t k = 0; k < count && !full; ++k) {
+    // One step into `sink`; true when it fills the line.
+    const auto step = [&](int32_t k, auto& sink) {
       const Value following = LoadChannels<Depth, Variant>(source + next.Index() * pixelStep);
+      const double length = lengths[k * kStride];
+      const double part = filled[k * kStride];
+      bool filledLine;
       if constexpr (kMultiply) {
         const StepMultipliers m = RouteShades(shadingChannel, shade.Current(), shade.Next());
         const double fadeNext = next.Fade(feather);
         const Value currentMul =
             ChannelMultipliers<Variant>(m.alphaCurrent * fadeCurrent, m.colourCurrent);
         const Value nextMul = ChannelMultipliers<Variant>(m.alphaNext * fadeNext, m.colourNext);
-        full = resampler.StepValues(lengths[k * kStride], filled[k * kStride], current, following,
-                                    currentMul, nextMul, cursor);
+        filledLine =
+            resampler.StepValues(length, part, current, following, currentMul, nextMul, sink);
         fadeCurrent = fadeNext;
         shade.Advance();
       } else {
-        full = resampler.StepValues(lengths[k * kStride], filled[k * kStride], current, following,
-                                    cursor);
+        filledLine = resampler.StepValues(length, part, current, following, sink);
       }
       current = following;
       next.Advance();
-    }
+      return filledLine;
+    };
+    // Only a chunk's last step can fill the line: the position pass ends a line's chunk with the
+    // step that fills it.
+    typename OutputCursor<Depth, Variant>::Unbounded inner(cursor);
+    for (int32_t k = 0; k + 1 < count; ++k)
+      step(k, inner);
+    const bool full = count > 0 && step(count - 1, cursor);
     cursor_ = cursor;
     resampler_ = resampler;
     next_ = next;
