@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 namespace morvane {
 
@@ -11,27 +12,46 @@ enum class DistributionMode : int32_t { Constant = 0, LinearRampUp = 1, LinearRa
 // it grows towards L * L + L at range 2 (L * L is formed in 64 bits).
 int64_t DistributionPixels(double range, int32_t length);
 
-// Applies the distribution to the stretch length of step j. Unknown modes leave it unchanged.
-[[gnu::always_inline]] inline double ApplyDistribution(int32_t mode, double length, int64_t step,
-                                                       int64_t range) {
-  switch (static_cast<DistributionMode>(mode)) {
-    case DistributionMode::Constant:
-      if (step > range) length = 1.0;
-      break;
-    case DistributionMode::LinearRampUp:
-      if (step < range) {
-        length = ((length - 1.0) * static_cast<double>(step)) / static_cast<double>(range) + 1.0;
-      }
-      break;
-    case DistributionMode::LinearRampDown:
-      if (step < range) {
-        length = length + ((1.0 - length) * static_cast<double>(step)) / static_cast<double>(range);
-      } else {
-        length = 1.0;
-      }
-      break;
+// Applies distribution mode kMode to the stretch length of step j; a value outside the
+// enumeration leaves it unchanged.
+template <DistributionMode kMode>
+[[gnu::always_inline]] inline double ApplyDistribution(double length, int64_t step, int64_t range) {
+  if constexpr (kMode == DistributionMode::Constant) {
+    if (step > range) length = 1.0;
+  } else if constexpr (kMode == DistributionMode::LinearRampUp) {
+    if (step < range) {
+      length = ((length - 1.0) * static_cast<double>(step)) / static_cast<double>(range) + 1.0;
+    }
+  } else if constexpr (kMode == DistributionMode::LinearRampDown) {
+    if (step < range) {
+      length = length + ((1.0 - length) * static_cast<double>(step)) / static_cast<double>(range);
+    } else {
+      length = 1.0;
+    }
   }
   return length;
+}
+
+// Calls f(std::integral_constant<DistributionMode, mode>) for the record's mode (any value
+// outside the enumeration as one that changes nothing).
+template <typename F>
+[[gnu::always_inline]] inline auto WithDistributionMode(int32_t mode, F&& f) {
+  using M = DistributionMode;
+  switch (static_cast<M>(mode)) {
+    case M::Constant:
+      return f(std::integral_constant<M, M::Constant>{});
+    case M::LinearRampUp:
+      return f(std::integral_constant<M, M::LinearRampUp>{});
+    case M::LinearRampDown:
+      return f(std::integral_constant<M, M::LinearRampDown>{});
+  }
+  return f(std::integral_constant<M, static_cast<M>(-1)>{});
+}
+
+// Applies the record's distribution mode to the stretch length of step j.
+inline double ApplyDistribution(int32_t mode, double length, int64_t step, int64_t range) {
+  return WithDistributionMode(
+      mode, [&](auto m) { return ApplyDistribution<decltype(m)::value>(length, step, range); });
 }
 
 // The controls never give a stretch length below 0.01 (Pixel Size >= 0.01 at an intensity of

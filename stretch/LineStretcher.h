@@ -81,14 +81,16 @@ class LineStretcher {
   // end of the line; the steps after it are never used).
   template <int32_t kStride>
   [[gnu::always_inline]] void Lengths(double* lengths) {
-    for (int32_t k = 0; k < kStepChunk; ++k) {
-      const double measured = MeasureIntensity<Depth, Variant>(intensity_.Pixel());
-      intensity_.Advance();
-      double stretch = call_.curve[CurveIndex(measured)];
-      stretch = ApplyDistribution(call_.distributionMode, stretch, step_, call_.distributionPixels);
-      lengths[k * kStride] = GuardStretchLength(stretch);
-      ++step_;
-    }
+    WithDistributionMode(call_.distributionMode, [&](auto mode) {
+      for (int32_t k = 0; k < kStepChunk; ++k) {
+        const double measured = MeasureIntensity<Depth, Variant>(intensity_.Pixel());
+        intensity_.Advance();
+        const double stretch = ApplyDistribution<decltype(mode)::value>(
+            call_.curve[CurveIndex(measured)], step_, call_.distributionPixels);
+        lengths[k * kStride] = GuardStretchLength(stretch);
+        ++step_;
+      }
+    });
   }
 
   // The output pixels of `count` steps (their lengths and filled parts kStride apart). Returns
