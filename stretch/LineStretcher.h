@@ -83,10 +83,10 @@ class LineStretcher {
   [[gnu::always_inline]] void Lengths(double* lengths) {
     WithDistributionMode(call_.distributionMode, [&](auto mode) {
       for (int32_t k = 0; k < kStepChunk; ++k) {
-        const double measured = MeasureIntensity<Depth, Variant>(intensity_.Pixel());
+        const double curve = CurveStretch(intensity_.Pixel());
         intensity_.Advance();
-        const double stretch = ApplyDistribution<decltype(mode)::value>(
-            call_.curve[CurveIndex(measured)], step_, call_.distributionPixels);
+        const double stretch =
+            ApplyDistribution<decltype(mode)::value>(curve, step_, call_.distributionPixels);
         lengths[k * kStride] = GuardStretchLength(stretch);
         ++step_;
       }
@@ -150,6 +150,21 @@ class LineStretcher {
   }
 
  private:
+  // The curve's stretch length at the intensity this variant measures from `pixel`.
+  [[gnu::always_inline]] double CurveStretch(const Channel* pixel) const {
+    if constexpr (Depth == PixelDepth::Depth8) {
+      // The alpha weighting changes nothing for an opaque pixel, and the Alpha variant has none.
+      if (Variant == ChannelVariant::Alpha || pixel[kAlpha] == 255) {
+        if constexpr (kChannelCount<Variant> == 1) {
+          return call_.opaqueStretch8[3 * pixel[VariantTraits<Variant>::kChannels[0]]];
+        } else {
+          return call_.opaqueStretch8[pixel[kGreen] + pixel[kRed] + pixel[kBlue]];
+        }
+      }
+    }
+    return call_.curve[CurveIndex(MeasureIntensity<Depth, Variant>(pixel))];
+  }
+
   [[gnu::always_inline]] const Channel* Pixel(int32_t index) const {
     return source_ + index * in_.pixelStep;
   }

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "stretch/Distribution.h"
+#include "stretch/PixelTraits.h"
 #include "stretch/StretchCurveTable.h"
 #include "stretch/StretchMath.h"
 
@@ -74,6 +75,8 @@ void PrepareStretchCall(StretchCall& call, StretchRenderRecord& record, int32_t 
   call.featherLength = FeatherLength(record.transparencyFeather, call.length);
 
   call.curve = BuildStretchCurveTable(record);
+  for (std::size_t sum = 0; sum < call.opaqueStretch8.size(); ++sum)
+    call.opaqueStretch8[sum] = call.curve[CurveIndex(detail::kSumOver765.values[sum])];
 
   call.layer = useLayer ? ComputeLayerGeometry(call.direction, width, height, layerWidth,
                                                layerHeight, originX, originY)

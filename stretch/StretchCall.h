@@ -1,6 +1,7 @@
 // Everything a kernel call fixes before its first line.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "render/StretchRenderRecord.h"
@@ -51,6 +52,9 @@ struct StretchCall {
   ShadingChannel shadingChannel = ShadingChannel::Alpha;
   int32_t featherLength = 0;
   StretchCurveTable curve{};
+  // The curve's stretch length of an opaque 8-bit pixel by the sum of its three colour channels
+  // (a single channel c, or an alpha, at the sum 3c: c / 255 and 3c / 765 are the same double).
+  std::array<double, 766> opaqueStretch8{};
   LayerGeometry layer;
 };
 
