@@ -83,9 +83,8 @@ struct LockstepLines {
 // lengths[k * kLockstepLines + i] and writes the part of the output pixel it starts with (as
 // LinePosition::Step) to filled[k * kLockstepLines + i]. counts[i] becomes the steps the line
 // took, fewer than `steps` when its output line filled (that step included); 0 for an inactive
-// lane. The steps every lane takes alike (a step inside one output pixel, or one reaching at most
-// two) run in the lanes; a lane with a longer step, or whose line fills, takes that step alone
-// through LinePosition::Step. A lane whose line filled is left as it was.
+// lane. Every step runs in the lanes; only the step that fills a line is taken alone, through
+// LinePosition::Step. A lane whose line filled is left as it was.
 [[gnu::always_inline]] inline void LockstepPositionSteps(LockstepLines& lines,
                                                          const double* lengths, double* filled,
                                                          int32_t steps, int32_t* counts) {
@@ -122,24 +121,45 @@ struct LockstepLines {
       const LineMask reach = (rest >= 1.0) & (u1 <= length);
       const LineLanes tail = reach ? NotBelowZeroLanes(length - u1) : NotBelowZeroLanes(rest);
       const LineLanes spanEnd = ((whole + 1.0) + KeepLanes(reach, one)) + tail;
-      const LineLanes roomAfter = roomBefore - KeepLanes(~inside, one + KeepLanes(reach, one));
-      position[v] = running[v] ? (inside ? before + length : spanEnd) : before;
+      LineLanes next = inside ? before + length : spanEnd;
+      LineLanes written = KeepLanes(~inside, one + KeepLanes(reach, one));
+      const LineMask spanning = running[v] & ~inside & ~shortSpan;
+      if (LaneBits(spanning) != 0) {
+        // A longer span writes whole output pixels while one more fits (the same additions as
+        // LinePosition::Step), then carries the rest; a remainder written at once adds one
+        // pixel. A lane stops counting once its line would fill: that step is taken alone.
+        const LineMask wholePixels = spanning & (rest >= 1.0);
+        LineLanes consumed = u0;
+        LineLanes end = whole + 1.0;
+        LineLanes more = LineLanes{};
+        for (LineMask counting = wholePixels & (consumed + 1.0 <= length) & (one < roomBefore);
+             LaneBits(counting) != 0;
+             counting = counting & (consumed + 1.0 <= length) & (one + more < roomBefore)) {
+          consumed = counting ? consumed + 1.0 : consumed;
+          end = counting ? end + 1.0 : end;
+          more = more + KeepLanes(counting, one);
+        }
+        end = (wholePixels & (length > consumed)) ? end + (length - consumed) : end;
+        const LineMask atOnce = spanning & ~wholePixels;
+        next = spanning ? (atOnce ? end + 1.0 : end) : next;
+        written = spanning ? one + (atOnce ? one : more) : written;
+      }
+      const LineLanes roomAfter = roomBefore - written;
+      position[v] = running[v] ? next : before;
       room[v] = running[v] ? roomAfter : roomBefore;
-      const LineMask alone = running[v] & ~inside & (~shortSpan | (roomAfter <= 0.0));
-      if (__builtin_expect(LaneBits(alone) != 0, 0)) {
-        for (int32_t l = 0; l < kLineLanes; ++l) {
-          if (alone[l] == 0) continue;
-          LinePosition scalar(before[l]);
-          auto left = static_cast<int32_t>(roomBefore[l]);
-          double unused;
-          if (scalar.Step(length[l], unused, left)) {
-            running[v][l] = 0;
-            counts[v * kLineLanes + l] = k + 1;
-            position[v][l] = before[l];
-          } else {
-            position[v][l] = scalar.linePosition();
-            room[v][l] = left;
-          }
+      const LineMask alone = running[v] & ~inside & (roomAfter <= 0.0);
+      for (int32_t bits = LaneBits(alone); bits != 0; bits &= bits - 1) {
+        const int32_t l = __builtin_ctz(static_cast<unsigned>(bits));
+        LinePosition scalar(before[l]);
+        auto left = static_cast<int32_t>(roomBefore[l]);
+        double unused;
+        if (scalar.Step(length[l], unused, left)) {
+          running[v][l] = 0;
+          counts[v * kLineLanes + l] = k + 1;
+          position[v][l] = before[l];
+        } else {
+          position[v][l] = scalar.linePosition();
+          room[v][l] = left;
         }
       }
     }
