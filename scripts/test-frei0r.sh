@@ -45,8 +45,7 @@ for entry in "${cases[@]}"; do
   values=() properties=()
   while read -r index type value parameter; do
     [[ "|$settings|" =~ \|"$parameter"=([^|]*)\| ]] && value=${BASH_REMATCH[1]} && properties+=("$index=$value")
-    [ "$type" = bool ] && value=$([ "$value" = 0 ] && echo n || echo y)
-    values+=("$value")
+    [ "$type" = bool ] && value=$([ "$value" = 0 ] && echo n || echo y); values+=("$value")
   done < <(grep -v '^ ' "$parameters")
   expect expected.rgba "${options[@]}"
   cmp -s expected.rgba src.rgba && { failed=$((failed + 1)); echo "FAILED  $name changes nothing"; }

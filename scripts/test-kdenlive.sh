@@ -47,17 +47,15 @@ if [ -n "$screenshot" ]; then  # the effect's whole panel, in the stack of the E
   # Changes are watched left of the monitors, which show a time code now and then.
   screen() { import -window root -crop 900x1200+0+0 -depth 8 rgb:"$1"; }
   steady() { until screen last.rgb && screen now.rgb && cmp -s last.rgb now.rgb; do :; done; }
-  changes() { # changes COMMAND...: runs it and waits until the screen shows a change
-    screen before.rgb && "$@" >/dev/null && until screen now.rgb && ! cmp -s before.rgb now.rgb; do :; done
-  }
+  # changes COMMAND...: runs it and waits until the screen shows a change
+  changes() { screen before.rgb && "$@" >/dev/null && until screen now.rgb && ! cmp -s before.rgb now.rgb; do :; done; }
   # The window filling the screen in Kdenlive's 4th layout (Effects), the stack raised; then the
   # separator between the docks and the timeline dragged down, each move shown before the next,
   # until the whole panel fits.
   changes gdbus call --session --dest "org.kde.kdenlive-$pid" --object-path /kdenlive/MainWindow_1 \
     --method org.freedesktop.DBus.Properties.Set org.qtproject.Qt.QWidget size "<(1600, 1200)>"
   changes call KMainWindow.activateAction load_layout4 && call KMainWindow.activateAction raise_effect_stack >/dev/null && steady
-  xdotool mousemove 801 577 mousedown 1
-  changes xdotool mousemove 801 600 && changes xdotool mousemove 801 1050
+  xdotool mousemove 801 577 mousedown 1 && changes xdotool mousemove 801 600 && changes xdotool mousemove 801 1050
   xdotool mouseup 1 mousemove 0 0 && steady && import -window root "$screenshot"
 fi
 stop

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
@@ -133,10 +134,9 @@ std::string Reported(const Module& module, f0r_instance_t instance, int index, b
   double number = -1.0;
   char* text = nullptr;
   module.get_param_value(instance, menu ? static_cast<void*>(&text) : &number, index);
-  std::ostringstream out;
-  out.precision(17);
-  menu ? out << text : out << number;
-  return out.str();
+  char digits[32];
+  std::snprintf(digits, sizeof digits, "%.17g", number);
+  return menu ? text : digits;
 }
 
 // What a host reads of each parameter, in index order: "INDEX TYPE DEFAULT NAME", then its
@@ -144,6 +144,7 @@ std::string Reported(const Module& module, f0r_instance_t instance, int index, b
 // display names, then an unknown item; numbers below, inside and above 0..1; the bool either side
 // of one half).
 std::string Listing(const Module& module) {
+  using Texts = std::vector<std::string>;
   f0r_plugin_info_t info{};
   module.get_plugin_info(&info);
   const Instance instance = Construct(module);
@@ -152,12 +153,10 @@ std::string Listing(const Module& module) {
     f0r_param_info_t param{};
     module.get_param_info(&param, i);
     const bool menu = param.type == F0R_PARAM_STRING, flag = param.type == F0R_PARAM_BOOL;
-    std::vector<std::string> settings{"-0.5", "0.25", "1.5"};
-    if (flag) settings = {"0.375", "0.5"};
-    if (menu) settings.clear();
-    for (const std::string_view item : PopupItems(*ValueControls()[size_t(i)]))
-      settings.emplace_back(item);
-    if (menu) settings.emplace_back("sideways");
+    const std::vector<std::string_view> items = PopupItems(*ValueControls()[size_t(i)]);
+    Texts settings(items.begin(), items.end());
+    settings.emplace_back("sideways");
+    if (!menu) settings = flag ? Texts{"0.375", "0.5"} : Texts{"-0.5", "0.25", "1.5"};
     const char* type = menu ? " string " : flag ? " bool " : " double ";
     text += std::to_string(i) + type + Reported(module, instance.get(), i, menu) + ' ' +
             param.name + "\n    " + param.explanation + "\n    set";

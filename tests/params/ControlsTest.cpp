@@ -32,7 +32,7 @@ struct HostCase {
   const char* headerName;  // null: no header
   PF_ParamUIFlags headerUI;
   int curveGraph;       // its parameter type; -1: none
-  size_t refused = 99;  // the add_param call the host refuses (a line of the accepted list)
+  int32_t refused = 0;  // the disk ID of the control whose add_param call the host refuses
   PF_Err err = PF_Err_NONE;
   friend void PrintTo(const HostCase& c, std::ostream* os) { *os << c.label; }
 };
@@ -49,9 +49,9 @@ const HostCase kHosts[] = {
     {"AfterEffects13_8", kAE, 13, 8, nullptr, 0, -1},
     {"Premiere13_27", kPr, 13, 27, nullptr, 0, PF_Param_ARBITRARY_DATA},
     {"Premiere13_8", kPr, 13, 8, nullptr, 0, PF_Param_ARBITRARY_DATA},
-    {"HeaderRefused", kAE, 13, 27, "", PF_PUI_TOPIC, PF_Param_NO_DATA, 0},
-    {"CurveGraphRefused", kAE, 13, 27, "", PF_PUI_TOPIC, PF_Param_NO_DATA, 10},
-    {"ShadingRefused", kAE, 13, 27, "", PF_PUI_TOPIC, PF_Param_NO_DATA, 16, PF_Err_OUT_OF_MEMORY},
+    {"HeaderRefused", kAE, 13, 27, "", PF_PUI_TOPIC, PF_Param_NO_DATA, kHeader},
+    {"CurveGraphRefused", kAE, 13, 27, "", PF_PUI_TOPIC, PF_Param_NO_DATA, kCurveGraph},
+    {"ShadingRefused", kAE, 13, 27, "", PF_PUI_TOPIC, PF_Param_NO_DATA, 11, PF_Err_OUT_OF_MEMORY},
 };
 
 // The set bits of `value` by name, unnamed ones in hex.
@@ -101,16 +101,30 @@ std::string Describe(const PF_ParamDef& def, const hostsim::ParamList& list, siz
   return line.str() + "\n";
 }
 
+// The accepted list, one declaration a line.
+std::vector<std::string> AcceptedLines() {
+  std::vector<std::string> lines;
+  std::istringstream text(morvane::testing::AcceptedText(MORVANE_DECLARATIONS));
+  for (std::string line; std::getline(text, line);)
+    lines.push_back(line);
+  return lines;
+}
+
 class ControlList : public testing::TestWithParam<HostCase> {};
 
 TEST_P(ControlList, IsTheAcceptedListAsThisHostGetsIt) {
   const HostCase& c = GetParam();
+  std::vector<std::string> accepted = AcceptedLines();
+  const auto id = [&accepted](size_t i) { return std::stoi(accepted[i].substr(3)); };
+  size_t refused = 0;  // the add_param call refused: none when past the list
+  while (refused < accepted.size() && id(refused) != c.refused)
+    ++refused;
   hostsim::Host host({c.label, c.applId, c.major, c.minor, "Host", "1.0"});
   host.Load(MORVANE_MODULE_PATH, MORVANE_PIPL_PATH);
   ASSERT_EQ(host.Register(), A_Err_NONE);
   ASSERT_EQ(host.GlobalSetup().err, PF_Err_NONE);
   host.Faults().Fail(hostsim::Callback("inter", "add_param"), PF_Err_OUT_OF_MEMORY,
-                     static_cast<int>(c.refused), 1);
+                     static_cast<int>(refused), 1);
   EXPECT_EQ(host.ParamsSetup().err, c.err);
   const hostsim::ParamList list = host.Params();
   // Each declaration as the first host gets it: the header and the curve graph are checked here
@@ -132,16 +146,12 @@ TEST_P(ControlList, IsTheAcceptedListAsThisHostGetsIt) {
     seen += Describe(def, list, p);
   }
   if (c.label == kHosts[0].label) morvane::testing::ExpectAccepted(seen, MORVANE_DECLARATIONS);
-  std::istringstream accepted(morvane::testing::AcceptedText(MORVANE_DECLARATIONS));
+  accepted = AcceptedLines();  // as just written, when accepting
   std::string expected;
-  size_t i = 0;
-  for (std::string line; std::getline(accepted, line) && (c.err == PF_Err_NONE || i < c.refused);
-       ++i) {
-    const int32_t id = std::stoi(line.substr(3));
-    if ((id != kHeader || c.headerName) && (id != kCurveGraph || c.curveGraph >= 0) &&
-        i != c.refused)
-      expected += line + "\n";
-  }
+  for (size_t i = 0; i < accepted.size() && (c.err == PF_Err_NONE || i < refused); ++i)
+    if ((id(i) != kHeader || c.headerName) && (id(i) != kCurveGraph || c.curveGraph >= 0) &&
+        i != refused)
+      expected += accepted[i] + "\n";
   EXPECT_EQ(seen, expected);
   if (c.err != PF_Err_NONE) return;
   // Later commands find every control where this host has it (the host checks each update).

@@ -19,11 +19,9 @@ inline std::string AcceptedText(const char* path) {
 }
 
 inline void ExpectAccepted(const std::string& text, const char* path) {
-  const char* accept = std::getenv("MORVANE_ACCEPT");
-  if (accept != nullptr && std::string(accept) == "1")
+  if (const char* accept = std::getenv("MORVANE_ACCEPT"); accept && accept == std::string("1"))
     std::ofstream(path, std::ios::binary) << text;
-  EXPECT_EQ(text, AcceptedText(path))
-      << "differs from " << path << " (MORVANE_ACCEPT=1 rewrites it)";
+  EXPECT_EQ(text, AcceptedText(path)) << path << " differs (MORVANE_ACCEPT=1 writes it)";
 }
 
 }  // namespace morvane::testing
