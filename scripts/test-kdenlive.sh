@@ -11,10 +11,10 @@
 set -euo pipefail
 command -v kdenlive >/dev/null || { echo "SKIPPED: kdenlive is not installed" >&2; exit 77; }
 if [ -z "${MORVANE_X_SESSION:-}" ]; then
-  exec env MORVANE_X_SESSION=1 xvfb-run -a -s "-screen 0 1600x1000x24" dbus-run-session -- "$0" "$@"
+  exec env MORVANE_X_SESSION=1 xvfb-run -a -s "-screen 0 1600x1200x24" dbus-run-session -- "$0" "$@"
 fi
+screenshot="${2:+$(realpath -m "$2")}"  # before test-lib.sh moves to its scratch folder
 . "$(dirname "$0")/test-lib.sh"
-screenshot="${2:+$(realpath "$2")}"
 export HOME="$work/home" XDG_RUNTIME_DIR="$work/run" TMPDIR="$work/tmp"
 mkdir -p "$HOME/.local/share/kdenlive" "$XDG_RUNTIME_DIR" "$TMPDIR" && chmod 700 "$XDG_RUNTIME_DIR"
 cp -r "$build/editors/kdenlive/effects" "$build/editors/kdenlive/transitions" "$HOME/.local/share/kdenlive/"
@@ -43,9 +43,20 @@ until grep -q 'frei0r.morvane' project.kdenlive; do
   call kdenlive.MainWindow.addEffect frei0r.morvane >/dev/null
   call KMainWindow.activateAction file_save >/dev/null
 done
-if [ -n "$screenshot" ]; then  # the clip monitor, and the Compositions list beside it
-  xdotool mousemove 122 466 click 1 sleep 2
-  import -window root "$screenshot"
+if [ -n "$screenshot" ]; then  # the effect's whole panel, in the stack of the Effects layout
+  # Changes are watched left of the monitors, which show a time code now and then.
+  screen() { import -window root -crop 900x1200+0+0 -depth 8 rgb:"$1"; }
+  steady() { until screen last.rgb && screen now.rgb && cmp -s last.rgb now.rgb; do :; done; }
+  # changes COMMAND...: runs it and waits until the screen shows a change
+  changes() { screen before.rgb && "$@" >/dev/null && until screen now.rgb && ! cmp -s before.rgb now.rgb; do :; done; }
+  # The window filling the screen in Kdenlive's 4th layout (Effects), the stack raised; then the
+  # separator between the docks and the timeline dragged down, each move shown before the next,
+  # until the whole panel fits.
+  changes gdbus call --session --dest "org.kde.kdenlive-$pid" --object-path /kdenlive/MainWindow_1 \
+    --method org.freedesktop.DBus.Properties.Set org.qtproject.Qt.QWidget size "<(1600, 1200)>"
+  changes call KMainWindow.activateAction load_layout4 && call KMainWindow.activateAction raise_effect_stack >/dev/null && steady
+  xdotool mousemove 801 577 mousedown 1 && changes xdotool mousemove 801 600 && changes xdotool mousemove 801 1050
+  xdotool mouseup 1 mousemove 0 0 && steady && import -window root "$screenshot"
 fi
 stop
 

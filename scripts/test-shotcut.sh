@@ -12,8 +12,8 @@ shotcut=$(command -v shotcut) || { echo "SKIPPED: shotcut is not installed" >&2;
 if [ -z "${MORVANE_X_SESSION:-}" ]; then
   exec env MORVANE_X_SESSION=1 xvfb-run -a -s "-screen 0 1600x1000x24" dbus-run-session -- "$0" "$@"
 fi
+screenshot="${2:+$(realpath -m "$2")}"  # before test-lib.sh moves to its scratch folder
 . "$(dirname "$0")/test-lib.sh"
-screenshot="${2:+$(realpath "$2")}"
 export HOME="$work/home"
 # Shotcut reads its filters from <binary>/../share/shotcut/qml/filters only.
 share="$(dirname "$shotcut")/../share/shotcut"

@@ -1,16 +1,17 @@
-// The effect's controls as the host sees them through the simulated host: one table of the whole
-// list, what each kind of host gets of it, what a refused control leaves behind, and which
-// controls are greyed out for the modes chosen.
+// The effect's controls as the host sees them through the simulated host: the whole list as
+// accepted once (tests/params/declarations.txt), what each kind of host gets of it, what a refused
+// control leaves behind, and which controls are greyed out for the modes chosen.
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <map>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "params/CustomControl.h"
-#include "params/HeaderBanner.h"
+#include "tests/support/Accepted.h"
 #include "tests/support/HostedSession.h"
 
 namespace {
@@ -18,58 +19,12 @@ namespace {
 using hostsim::HostProfile;
 using morvane::testing::HostedSession;
 
-constexpr PF_ParamFlags kTwirl = PF_ParamFlag_COLLAPSE_TWIRLY;
-constexpr PF_ValueDisplayFlags kPercent = PF_ValueDisplayFlag_PERCENT;
 constexpr int32_t kHeader = 19;
 constexpr int32_t kCurveGraph = 21;
 
-// Every control in the order of a host that gets them all; the header's name and UI flags and the
-// curve graph's type depend on the host (kHosts). Popups default to their first item; sliders give
-// valid and slider range alike.
-struct Control {
-  int32_t id;  // disk ID: saved projects store values under it
-  const char* name;
-  PF_ParamType type;
-  PF_ParamFlags flags;
-  double dephault;  // angles in degrees
-  const char* items = nullptr;
-  float min = 0, max = 0;
-  A_short precision = 0;
-  PF_ValueDisplayFlags display = 0;
-};
-
-const Control kControls[] = {
-    {kHeader, "", PF_Param_NO_DATA, PF_ParamFlag_SUPERVISE | PF_ParamFlag_CANNOT_TIME_VARY, 0},
-    {1, "Direction", PF_Param_POPUP, 0, 1, "Right|Left|Down|Up"},
-    {18, "Intensity Source", PF_Param_LAYER, 0, PF_LayerDefault_NONE},
-    {22, "Channels", PF_Param_POPUP, 0, 1,
-     "Luma|RGBA|Red|Green|Blue|Alpha|Luma (no Alpha)|RGB (no Alpha)"},
-    {23, "Morvane Intensity", PF_Param_FLOAT_SLIDER, kTwirl, 100, nullptr, 0, 100, 1, kPercent},
-    {2, "Morvane", PF_Param_FLOAT_SLIDER, kTwirl, 1, nullptr, 0, 64, 3},
-    {3, "Pixel Size", PF_Param_FLOAT_SLIDER, kTwirl, 1, nullptr, 0.01f, 16, 3},
-    {4, "Stretch Curve", PF_Param_POPUP, 0, 1,
-     "Linear Ramp Up|Linear Ramp Down|Triangle Wave|Sine Wave|Exp Up|Exp Down"},
-    {5, "Curve Phase", PF_Param_ANGLE, kTwirl, 0},
-    {20, "Curve Smoothness", PF_Param_FLOAT_SLIDER, 0, 0, nullptr, 0, 16, 3},
-    {kCurveGraph, "Curve Graph", PF_Param_NO_DATA, PF_ParamFlag_CANNOT_TIME_VARY, 0},
-    {6, "Stretch Start Offset", PF_Param_FLOAT_SLIDER, kTwirl, 0, nullptr, 0, 100, 1, kPercent},
-    {7, "Distribution Mode", PF_Param_POPUP, 0, 1, "Constant|Linear Ramp Up|Linear Ramp Down"},
-    {8, "Distribution Range", PF_Param_FLOAT_SLIDER, kTwirl, 2, nullptr, 0, 2, 3},
-    {9, "Image Shift Phase", PF_Param_ANGLE, kTwirl, 0},
-    {10, "Image Shift Phase Sync", PF_Param_CHECKBOX, PF_ParamFlag_CANNOT_INTERP, 1},
-    {11, "Shading", PF_Param_POPUP, 0, 1,
-     "None|Sine Wave|Triangle Wave|Linear Ramp Up|Linear Ramp Down|Line"},
-    {12, "Shading Interval Size", PF_Param_FLOAT_SLIDER, kTwirl, 10, nullptr, 2, 256, 0},
-    {13, "Shading Interval Phase", PF_Param_ANGLE, kTwirl, 0},
-    {14, "Shading Channel(s)", PF_Param_POPUP, 0, 1, "Alpha|RGB"},
-    {15, "Shading Opacity", PF_Param_FLOAT_SLIDER, kTwirl, 0, nullptr, 0, 100, 1, kPercent},
-    {16, "Edge Mode", PF_Param_POPUP, 0, 1, "Wrap|Mirror|Repeat Last|Transparent"},
-    {17, "Transparency Feather", PF_Param_FLOAT_SLIDER, kTwirl, 0, nullptr, 0, 100, 1, kPercent},
-};
-
 // The hosts, and controls the host refuses: the header and the curve graph are then left out and
 // every later control keeps its true place; any other refusal ends the set-up with the host's
-// error.
+// error. The first host gets every control, as accepted.
 struct HostCase {
   const char* label;
   int32_t applId;
@@ -77,7 +32,7 @@ struct HostCase {
   const char* headerName;  // null: no header
   PF_ParamUIFlags headerUI;
   int curveGraph;       // its parameter type; -1: none
-  size_t refused = 99;  // the add_param call the host refuses (an index into kControls)
+  int32_t refused = 0;  // the disk ID of the control whose add_param call the host refuses
   PF_Err err = PF_Err_NONE;
   friend void PrintTo(const HostCase& c, std::ostream* os) { *os << c.label; }
 };
@@ -94,89 +49,110 @@ const HostCase kHosts[] = {
     {"AfterEffects13_8", kAE, 13, 8, nullptr, 0, -1},
     {"Premiere13_27", kPr, 13, 27, nullptr, 0, PF_Param_ARBITRARY_DATA},
     {"Premiere13_8", kPr, 13, 8, nullptr, 0, PF_Param_ARBITRARY_DATA},
-    {"HeaderRefused", kAE, 13, 27, "", PF_PUI_TOPIC, PF_Param_NO_DATA, 0},
-    {"CurveGraphRefused", kAE, 13, 27, "", PF_PUI_TOPIC, PF_Param_NO_DATA, 10},
-    {"ShadingRefused", kAE, 13, 27, "", PF_PUI_TOPIC, PF_Param_NO_DATA, 16, PF_Err_OUT_OF_MEMORY},
+    {"HeaderRefused", kAE, 13, 27, "", PF_PUI_TOPIC, PF_Param_NO_DATA, kHeader},
+    {"CurveGraphRefused", kAE, 13, 27, "", PF_PUI_TOPIC, PF_Param_NO_DATA, kCurveGraph},
+    {"ShadingRefused", kAE, 13, 27, "", PF_PUI_TOPIC, PF_Param_NO_DATA, 11, PF_Err_OUT_OF_MEMORY},
 };
 
-// The value a new instance starts with and the default a reset returns to (angles in degrees).
-std::pair<double, double> ValueAndDefault(const PF_ParamDef& def) {
-  const auto& u = def.u;
-  using P = std::pair<double, double>;
-  return def.param_type == PF_Param_POPUP          ? P{u.pd.value, u.pd.dephault}
-         : def.param_type == PF_Param_FLOAT_SLIDER ? P{u.fs_d.value, u.fs_d.dephault}
-         : def.param_type == PF_Param_ANGLE    ? P{u.ad.value / 65536.0, u.ad.dephault / 65536.0}
-         : def.param_type == PF_Param_CHECKBOX ? P{u.bd.value, u.bd.dephault}
-                                               : P{u.ld.dephault, u.ld.dephault};
+// The set bits of `value` by name, unnamed ones in hex.
+std::string Bits(uint32_t value, std::initializer_list<std::pair<uint32_t, const char*>> names) {
+  std::ostringstream text;
+  for (const auto& [bit, name] : names)
+    if (value & bit) text << (text.tellp() > 0 ? "|" : "") << name, value &= ~bit;
+  if (value != 0 || text.tellp() == 0) text << (text.tellp() > 0 ? "|" : "") << std::hex << value;
+  return text.str();
 }
 
-// The drawn controls register their events right after their declaration, sized as they draw:
-// the curve graph in every panel, the header in its title row only.
-void ExpectCustomUIs(const hostsim::ParamList& list) {
-  std::vector<int32_t> drawn, registered;
-  for (const PF_ParamDef& def : list.params) {
-    if (def.uu.id == kHeader || def.uu.id == kCurveGraph) drawn.push_back(def.uu.id);
-  }
-  const morvane::BgraPicture banner = morvane::HeaderBannerPicture();
-  const morvane::CustomControl graph = morvane::CurveGraphControl();
-  for (const auto& [index, i] : list.customUIs) {
-    const PF_ParamDef& def = list.params.at(static_cast<size_t>(index));
-    const bool isGraph = def.uu.id == kCurveGraph;
-    const A_long w = isGraph ? graph.width : banner.width,
-                 h = isGraph ? graph.height : banner.height;
-    const A_long pw = isGraph ? w : 0, ph = isGraph ? h : 0;
-    registered.push_back(def.uu.id);
-    EXPECT_TRUE(i.events & PF_CustomEFlag_EFFECT) << def.uu.id;
-    EXPECT_EQ(std::vector<A_long>({def.ui_width, def.ui_height, i.comp_ui_width, i.comp_ui_height,
-                                   i.layer_ui_width, i.layer_ui_height, i.preview_ui_width,
-                                   i.preview_ui_height}),
-              std::vector<A_long>({w, h, pw, ph, pw, ph, pw, ph}));
-  }
-  EXPECT_EQ(registered, drawn);
+// Everything the host keeps of the control declared at `p` of `list`, and of the drawing it
+// registers right after its declaration, on one line (angles in degrees).
+std::string Describe(const PF_ParamDef& def, const hostsim::ParamList& list, size_t p) {
+  std::ostringstream line;
+  const auto& u = def.u;
+  line << "id " << def.uu.id << " \"" << def.name << "\" flags "
+       << Bits(def.flags, {{PF_ParamFlag_CANNOT_TIME_VARY, "CANNOT_TIME_VARY"},
+                           {PF_ParamFlag_CANNOT_INTERP, "CANNOT_INTERP"},
+                           {PF_ParamFlag_COLLAPSE_TWIRLY, "COLLAPSE_TWIRLY"},
+                           {PF_ParamFlag_SUPERVISE, "SUPERVISE"}})
+       << " ui " << Bits(def.ui_flags, {{PF_PUI_TOPIC, "TOPIC"}, {PF_PUI_CONTROL, "CONTROL"}});
+  if (def.param_type == PF_Param_POPUP)
+    line << " popup " << u.pd.value << " default " << u.pd.dephault << " of " << u.pd.num_choices
+         << " \"" << u.pd.u.namesptr << '"';
+  else if (def.param_type == PF_Param_FLOAT_SLIDER)
+    line << " slider " << u.fs_d.value << " default " << u.fs_d.dephault << " valid "
+         << u.fs_d.valid_min << ".." << u.fs_d.valid_max << " slider " << u.fs_d.slider_min << ".."
+         << u.fs_d.slider_max << " precision " << u.fs_d.precision << " display "
+         << Bits(u.fs_d.display_flags, {{PF_ValueDisplayFlag_PERCENT, "PERCENT"}}) << " tolerance "
+         << u.fs_d.curve_tolerance;
+  else if (def.param_type == PF_Param_ANGLE)
+    line << " angle " << u.ad.value / 65536.0 << " default " << u.ad.dephault / 65536.0;
+  else if (def.param_type == PF_Param_CHECKBOX)
+    line << " checkbox " << u.bd.value << " default " << int(u.bd.dephault);
+  else if (def.param_type == PF_Param_LAYER)
+    line << " layer default " << u.ld.dephault;
+  else
+    line << (def.param_type == PF_Param_NO_DATA ? " no data"
+                                                : " type " + std::to_string(def.param_type));
+  for (const auto& [index, ui] : list.customUIs)
+    if (size_t(index) == p)
+      line << ", drawn " << def.ui_width << "x" << def.ui_height << " events " << ui.events
+           << " comp " << ui.comp_ui_width << "x" << ui.comp_ui_height << " layer "
+           << ui.layer_ui_width << "x" << ui.layer_ui_height << " preview " << ui.preview_ui_width
+           << "x" << ui.preview_ui_height;
+  return line.str() + "\n";
+}
+
+// The accepted list, one declaration a line.
+std::vector<std::string> AcceptedLines() {
+  std::vector<std::string> lines;
+  std::istringstream text(morvane::testing::AcceptedText(MORVANE_DECLARATIONS));
+  for (std::string line; std::getline(text, line);)
+    lines.push_back(line);
+  return lines;
 }
 
 class ControlList : public testing::TestWithParam<HostCase> {};
 
-TEST_P(ControlList, IsTheTableAsThisHostGetsIt) {
+TEST_P(ControlList, IsTheAcceptedListAsThisHostGetsIt) {
   const HostCase& c = GetParam();
+  std::vector<std::string> accepted = AcceptedLines();
+  const auto id = [&accepted](size_t i) { return std::stoi(accepted[i].substr(3)); };
+  size_t refused = 0;  // the add_param call refused: none when past the list
+  while (refused < accepted.size() && id(refused) != c.refused)
+    ++refused;
   hostsim::Host host({c.label, c.applId, c.major, c.minor, "Host", "1.0"});
   host.Load(MORVANE_MODULE_PATH, MORVANE_PIPL_PATH);
   ASSERT_EQ(host.Register(), A_Err_NONE);
   ASSERT_EQ(host.GlobalSetup().err, PF_Err_NONE);
   host.Faults().Fail(hostsim::Callback("inter", "add_param"), PF_Err_OUT_OF_MEMORY,
-                     static_cast<int>(c.refused), 1);
+                     static_cast<int>(refused), 1);
   EXPECT_EQ(host.ParamsSetup().err, c.err);
   const hostsim::ParamList list = host.Params();
-  std::vector<const Control*> expected;
-  for (size_t i = 0; i < std::size(kControls) && (c.err == PF_Err_NONE || i < c.refused); ++i) {
-    const int32_t id = kControls[i].id;
-    if ((id != kHeader || c.headerName) && (id != kCurveGraph || c.curveGraph >= 0) &&
-        i != c.refused)
-      expected.push_back(&kControls[i]);
+  // Each declaration as the first host gets it: the header and the curve graph are checked here
+  // for what depends on the host, then described as that host has them.
+  std::string seen;
+  for (size_t p = 1; p < list.params.size(); ++p) {
+    PF_ParamDef def = list.params[p];
+    if (def.uu.id == kHeader) {
+      EXPECT_STREQ(def.name, c.headerName);
+      EXPECT_EQ(def.ui_flags, c.headerUI);
+      def.name[0] = '\0', def.ui_flags = kHosts[0].headerUI;
+    }
+    if (def.uu.id == kCurveGraph) {
+      EXPECT_EQ(def.param_type, c.curveGraph);
+      EXPECT_EQ(def.param_type == PF_Param_ARBITRARY_DATA ? def.u.arb_d.id : kCurveGraph,
+                kCurveGraph);
+      def.param_type = kHosts[0].curveGraph;
+    }
+    seen += Describe(def, list, p);
   }
-  ASSERT_EQ(list.params.size(), expected.size() + 1);
-  for (size_t i = 0; i < expected.size(); ++i) {
-    const Control& e = *expected[i];
-    const PF_ParamDef& def = list.params[i + 1];
-    SCOPED_TRACE(e.name);
-    EXPECT_EQ(def.uu.id, e.id);
-    EXPECT_STREQ(def.name, e.id == kHeader ? c.headerName : e.name);
-    EXPECT_EQ(def.param_type, e.id == kCurveGraph ? c.curveGraph : e.type);
-    EXPECT_EQ(def.flags, e.flags);
-    EXPECT_EQ(def.ui_flags, e.id == kHeader       ? c.headerUI
-                            : e.id == kCurveGraph ? PF_PUI_CONTROL
-                                                  : 0);
-    EXPECT_EQ(ValueAndDefault(def), std::make_pair(e.dephault, e.dephault));
-    EXPECT_STREQ(def.param_type == PF_Param_POPUP ? def.u.pd.u.namesptr : nullptr, e.items);
-    EXPECT_EQ(def.param_type == PF_Param_ARBITRARY_DATA ? def.u.arb_d.id : e.id, e.id);
-    if (def.param_type != PF_Param_FLOAT_SLIDER) continue;
-    const PF_FloatSliderDef& s = def.u.fs_d;
-    EXPECT_EQ(std::make_pair(s.valid_min, s.valid_max), std::make_pair(e.min, e.max));
-    EXPECT_EQ(std::make_pair(s.slider_min, s.slider_max), std::make_pair(e.min, e.max));
-    EXPECT_EQ(std::make_pair(s.precision, s.display_flags), std::make_pair(e.precision, e.display));
-    EXPECT_EQ(s.curve_tolerance, 0.05f);  // the same for every slider
-  }
-  ExpectCustomUIs(list);
+  if (c.label == kHosts[0].label) morvane::testing::ExpectAccepted(seen, MORVANE_DECLARATIONS);
+  accepted = AcceptedLines();  // as just written, when accepting
+  std::string expected;
+  for (size_t i = 0; i < accepted.size() && (c.err == PF_Err_NONE || i < refused); ++i)
+    if ((id(i) != kHeader || c.headerName) && (id(i) != kCurveGraph || c.curveGraph >= 0) &&
+        i != refused)
+      expected += accepted[i] + "\n";
+  EXPECT_EQ(seen, expected);
   if (c.err != PF_Err_NONE) return;
   // Later commands find every control where this host has it (the host checks each update).
   hostsim::EffectInstance& fx = host.NewInstance();
