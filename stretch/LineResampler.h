@@ -49,8 +49,6 @@ class LinePosition {
   // A line at `linePosition`.
   explicit LinePosition(double linePosition) : linePosition_(linePosition) {}
 
-  // Start of a line, before the start-offset copy.
-  void Reset() { linePosition_ = 0.0; }
   // One pixel of the start-offset copy was written.
   void AdvanceCopied() { linePosition_ += 1.0; }
   double linePosition() const { return linePosition_; }

@@ -67,6 +67,7 @@ using LineMask = decltype(LineLanes{} < LineLanes{});
 #endif
 }
 
+// x where the mask is set, else +0.0, in every lane.
 [[gnu::always_inline]] inline LineLanes KeepLanes(LineMask m, LineLanes x) {
   return LineLanes(m & LineMask(x));
 }
