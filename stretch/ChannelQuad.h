@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 #if defined(__AVX2__)
 #include <immintrin.h>
@@ -87,6 +88,14 @@ template <typename Op>
 // depends on a value still being computed does not stall the processor on a mispredicted jump.
 using LaneMask = decltype(DoublePair{} < DoublePair{});
 
+// One lane of a mask as a word in memory.
+using MaskWord = std::remove_cvref_t<decltype(LaneMask{}[0])>;
+
+// The mask whose lanes all hold `word` (all ones or zero).
+[[gnu::always_inline]] inline LaneMask SplatMask(MaskWord word) {
+  return LaneMask{word, word};
+}
+
 [[gnu::always_inline]] inline DoublePair Broadcast(double x) {
   return DoublePair{x, x};
 }
@@ -121,12 +130,28 @@ using LaneMask = decltype(DoublePair{} < DoublePair{});
   const PartMask mask = PartMaskOf(m);
   return PartWise([&](int i) { return mask ? a.part[i] : b.part[i]; });
 }
+// The same choices by a mask word (all ones or zero) as a plan keeps it.
+[[gnu::always_inline]] inline double Choose(MaskWord w, double a, double b) {
+  return Choose(SplatMask(w), a, b);
+}
+[[gnu::always_inline]] inline ChannelQuad Choose(MaskWord w, const ChannelQuad& a,
+                                                 const ChannelQuad& b) {
+  const PartMask mask = PartMask{} + w;
+  return PartWise([&](int i) { return mask ? a.part[i] : b.part[i]; });
+}
 // `a` where the mask is set, else +0.0.
 [[gnu::always_inline]] inline double Keep(LaneMask m, double a) {
   return DoublePair(m & LaneMask(Broadcast(a)))[0];
 }
 [[gnu::always_inline]] inline ChannelQuad Keep(LaneMask m, const ChannelQuad& a) {
   const PartMask mask = PartMaskOf(m);
+  return PartWise([&](int i) { return QuadPart(mask & PartMask(a.part[i])); });
+}
+[[gnu::always_inline]] inline double Keep(MaskWord w, double a) {
+  return Keep(SplatMask(w), a);
+}
+[[gnu::always_inline]] inline ChannelQuad Keep(MaskWord w, const ChannelQuad& a) {
+  const PartMask mask = PartMask{} + w;
   return PartWise([&](int i) { return QuadPart(mask & PartMask(a.part[i])); });
 }
 

@@ -16,8 +16,9 @@ inline namespace MORVANE_ISA {
 // The decisions of one stretch step depend only on its length S and on the part f of the
 // current output pixel already filled (cut to 7 decimals): whether the source pixel ends inside
 // that output pixel, and otherwise u0 = 1 - f (the part of the span the first output pixel
-// takes) and rest = S - u0. The position pass and the value pass below both decide from these
-// same expressions, so they always agree.
+// takes) and rest = S - u0. The position pass decides; the value pass below follows its plan
+// (StepPlan), and for the longer spans it leaves undecided, it counts with the same
+// expressions, so the two always agree.
 
 // A remainder of at least this much (and below 1) is written out as a whole output pixel.
 inline constexpr double kWrittenAtOnce = 0.99999;
@@ -37,6 +38,24 @@ inline constexpr double kWrittenAtOnce = 0.99999;
 [[gnu::always_inline]] inline LaneMask ShortSpanReaches(double rest, double u1, double length) {
   return MaskGreaterEqual(rest, 1.0) & MaskLessEqual(u1, length);
 }
+
+// What a step does, as the position pass found it.
+enum class StepKind : MaskWord {
+  Inside = 0,     // the source pixel ends inside the current output pixel
+  ShortSpan = 1,  // IsShortSpan
+  Longer = 2,     // every other step
+};
+
+// The position pass's decisions on one step: all the value pass needs besides the step's
+// length, so that it decides nothing again. The short-span fields hold for a short span only.
+struct StepPlan {
+  StepKind kind;
+  double u0;         // 1 - filled: the part of the span the first output pixel takes
+  double u1;         // u0 + 1
+  double piece;      // the part of the span carried on: S - u1 where it reaches, else S - u0
+  MaskWord reach;    // all ones where ShortSpanReaches
+  MaskWord carried;  // all ones where piece > 0
+};
 
 // The resampler's line position alone: `linePosition` from the line's starting edge. Each step
 // returns the filled part it started with, which is all the value pass needs, and counts the
@@ -119,32 +138,32 @@ class LinePosition {
 // does not write are carried along and never stored). The sink receives every emitted pixel
 // (`bool Emit(const Value&)`) and returns true once the line is full, which ends the step at
 // once (any carry is dropped). It can also take a value without moving on (`Put`), move on by
-// zero or one pixel (`Skip(int32_t)`) and tell whether the line is full (`Full`).
+// zero or one pixel (`SkipWhere`) and tell whether the line is full (`Full`).
 template <typename Value>
 class LineResampler {
  public:
   // Start of a line, before the start-offset copy.
   void ResetLine() { carry_ = Value{}; }
 
-  // The value pass of one step whose position pass gave `filled`.
+  // The value pass of one step as its position pass planned it.
   template <typename Sink>
-  [[gnu::always_inline]] bool StepValues(double length, double filled, const Value& current,
+  [[gnu::always_inline]] bool StepValues(double length, const StepPlan& plan, const Value& current,
                                          const Value& next, const Value& currentMul,
                                          const Value& nextMul, Sink& sink) {
-    return ValuesImpl<true>(length, filled, current, next, currentMul, nextMul, sink);
+    return ValuesImpl<true>(length, plan, current, next, currentMul, nextMul, sink);
   }
   template <typename Sink>
-  [[gnu::always_inline]] bool StepValues(double length, double filled, const Value& current,
+  [[gnu::always_inline]] bool StepValues(double length, const StepPlan& plan, const Value& current,
                                          const Value& next, Sink& sink) {
-    return ValuesImpl<false>(length, filled, current, next, current, next, sink);
+    return ValuesImpl<false>(length, plan, current, next, current, next, sink);
   }
 
  private:
   template <bool kMultiply, typename Sink>
-  [[gnu::always_inline]] bool ValuesImpl(double length, double filled, const Value& current,
+  [[gnu::always_inline]] bool ValuesImpl(double length, const StepPlan& plan, const Value& current,
                                          const Value& next, const Value& currentMul,
                                          const Value& nextMul, Sink& sink) {
-    if (length + filled < 1.0) {
+    if (plan.kind == StepKind::Inside) {
       if constexpr (kMultiply) {
         carry_ = carry_ + (current * length) * currentMul;
       } else {
@@ -153,7 +172,7 @@ class LineResampler {
       return false;
     }
 
-    const double u0 = 1.0 - filled;
+    const double u0 = plan.u0;
     Value from = current;
     Value delta;
     if constexpr (kMultiply) {
@@ -165,22 +184,19 @@ class LineResampler {
       delta = next - from;
     }
 
-    const double rest = length - u0;
-    if (IsShortSpan(length, rest)) {
+    if (plan.kind == StepKind::ShortSpan) {
       // V(u0) is stored in any case and the cursor moves on only when it is a whole output
       // pixel: an unused value is overwritten by the next pixel written there. The carry is
       // V(u) * (S - u) for the u the span ends at, when that part is above 0.
-      const double u1 = u0 + 1.0;
-      const LaneMask reach = ShortSpanReaches(rest, u1, length);
       const Value first = Interpolate(delta, from, u0, length);
-      const Value second = Interpolate(delta, from, u1, length);
+      const Value second = Interpolate(delta, from, plan.u1, length);
       sink.Put(first);
-      sink.Skip(MaskCount(reach));
-      const double piece = length - Choose(reach, u1, u0);
-      carry_ = Keep(MaskGreater(piece, 0.0), Choose(reach, second, first) * piece);
+      sink.SkipWhere(plan.reach);
+      carry_ = Keep(plan.carried, Choose(plan.reach, second, first) * plan.piece);
       return sink.Full();
     }
 
+    const double rest = length - u0;
     double consumed = u0;
     carry_ = Value{};
     if (rest >= 1.0) {
@@ -251,12 +267,11 @@ class OutputCursor {
     }
   }
 
-  // Moves on by `count` (0 or 1) pixels; the move onto the line's end leaves the pointer on the
-  // last pixel, as Emit does. Arithmetic only, no branch.
-  [[gnu::always_inline]] void Skip(int32_t count) {
-    remaining_ -= count;
-    const auto moves = static_cast<std::ptrdiff_t>(count & static_cast<int32_t>(remaining_ != 0));
-    pixel_ += step_ & -moves;
+  // Moves on by one pixel where `where` is all ones (else stays); the move onto the line's end
+  // leaves the pointer on the last pixel, as Emit does. Arithmetic only, no branch.
+  [[gnu::always_inline]] void SkipWhere(MaskWord where) {
+    remaining_ += static_cast<int32_t>(where);
+    pixel_ += step_ & where & -static_cast<std::ptrdiff_t>(remaining_ != 0);
   }
 
   [[gnu::always_inline]] bool Full() const { return remaining_ == 0; }
@@ -284,9 +299,9 @@ class OutputCursor {
       return false;
     }
     [[gnu::always_inline]] void Put(const Value& value) { cursor_.Put(value); }
-    [[gnu::always_inline]] void Skip(int32_t count) {
-      cursor_.remaining_ -= count;
-      cursor_.pixel_ += cursor_.step_ & -static_cast<std::ptrdiff_t>(count);
+    [[gnu::always_inline]] void SkipWhere(MaskWord where) {
+      cursor_.remaining_ += static_cast<int32_t>(where);
+      cursor_.pixel_ += cursor_.step_ & where;
     }
     [[gnu::always_inline]] static bool Full() { return false; }
 

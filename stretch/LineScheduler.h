@@ -44,10 +44,8 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
     return std::array<Stretcher, kLines>{((void)I, Stretcher(call, images))...};
   }
   (std::make_index_sequence<kLines>());
-  // Step k of line i at [k * kLines + i]; a lane without a line keeps harmless numbers.
-  alignas(32) double lengths[kStepChunk * kLines];
-  alignas(32) double filled[kStepChunk * kLines];
-  std::fill(std::begin(lengths), std::end(lengths), 1.0);
+  StepPlans plans;
+  std::fill(std::begin(plans.length), std::end(plans.length), 1.0);
   int32_t counts[kLines] = {};
   bool anyActive = false;
   for (int32_t i = 0; i < kLines; ++i) {
@@ -56,12 +54,12 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
   }
   while (anyActive) {
     for (int32_t i = 0; i < kLines; ++i) {
-      if (lanes.active[i]) s[i].template Lengths<kLines>(lengths + i);
+      if (lanes.active[i]) s[i].template Lengths<kLines>(plans.length + i);
     }
-    LockstepPositionSteps(lanes, lengths, filled, kStepChunk, counts);
+    LockstepPositionSteps(lanes, plans, kStepChunk, counts);
     anyActive = false;
     for (int32_t i = 0; i < kLines; ++i) {
-      if (lanes.active[i] && s[i].template Values<kLines>(lengths + i, filled + i, counts[i])) {
+      if (lanes.active[i] && s[i].Values(plans, i, counts[i])) {
         lanes.active[i] = beginNext(s[i], i);
       }
       anyActive = anyActive || lanes.active[i];

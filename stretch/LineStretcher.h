@@ -12,13 +12,10 @@
 #include "stretch/LineLayout.h"
 #include "stretch/LineResampler.h"
 #include "stretch/StepMultipliers.h"
+#include "stretch/StepPlans.h"
 
 namespace morvane::detail {
 inline namespace MORVANE_ISA {
-
-// Stretch steps are taken in chunks of this many per line: the lengths of a chunk, then its
-// positions, then its values.
-inline constexpr int32_t kStepChunk = 32;
 
 // One line of the stretch, worked through in three passes per chunk of steps. Begin sets the
 // line up and copies its start offset; Lengths measures the intensities of the next steps and
@@ -93,10 +90,9 @@ class LineStretcher {
     });
   }
 
-  // The output pixels of `count` steps (their lengths and filled parts kStride apart). Returns
-  // true when the output line is full.
-  template <int32_t kStride>
-  [[gnu::always_inline]] bool Values(const double* lengths, const double* filled, int32_t count) {
+  // The output pixels of the first `count` steps of this line's chunk, line `line` of `plans`.
+  // Returns true when the output line is full.
+  [[gnu::always_inline]] bool Values(const StepPlans& plans, int32_t line, int32_t count) {
     // The pass works on local copies of the line's state and of what it reads from the call:
     // its 8-bit stores may alias any object in memory, so state kept in members would be
     // stored and loaded again around every output pixel.
@@ -114,8 +110,8 @@ class LineStretcher {
     // One step into `sink`; true when it fills the line.
     const auto step = [&](int32_t k, auto& sink) {
       const Value following = LoadChannels<Depth, Variant>(source + next.Index() * pixelStep);
-      const double length = lengths[k * kStride];
-      const double part = filled[k * kStride];
+      const double length = plans.length[k * kLockstepLines + line];
+      const StepPlan plan = plans.At(k, line);
       bool filledLine;
       if constexpr (kMultiply) {
         const StepMultipliers m = RouteShades(shadingChannel, shade.Current(), shade.Next());
@@ -124,11 +120,11 @@ class LineStretcher {
             ChannelMultipliers<Variant>(m.alphaCurrent * fadeCurrent, m.colourCurrent);
         const Value nextMul = ChannelMultipliers<Variant>(m.alphaNext * fadeNext, m.colourNext);
         filledLine =
-            resampler.StepValues(length, part, current, following, currentMul, nextMul, sink);
+            resampler.StepValues(length, plan, current, following, currentMul, nextMul, sink);
         fadeCurrent = fadeNext;
         shade.Advance();
       } else {
-        filledLine = resampler.StepValues(length, part, current, following, sink);
+        filledLine = resampler.StepValues(length, plan, current, following, sink);
       }
       current = following;
       next.Advance();

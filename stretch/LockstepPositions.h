@@ -14,12 +14,10 @@
 
 #include "stretch/LinePositionMath.h"
 #include "stretch/LineResampler.h"
+#include "stretch/StepPlans.h"
 
 namespace morvane::detail {
 inline namespace MORVANE_ISA {
-
-// Lines whose position passes run in lockstep.
-inline constexpr int32_t kLockstepLines = 8;
 
 // Lines per vector register: four with AVX2, two with SSE2, one elsewhere.
 #if defined(__AVX2__)
@@ -72,6 +70,11 @@ using LineMask = decltype(LineLanes{} < LineLanes{});
   return LineLanes(m & LineMask(x));
 }
 
+// A step kind as the word a plan holds.
+constexpr MaskWord KindWord(StepKind kind) {
+  return static_cast<MaskWord>(kind);
+}
+
 // The position state of kLockstepLines lines between chunks of steps: the position, the output
 // pixels left (a whole number) and whether the lane has a line.
 struct LockstepLines {
@@ -80,14 +83,13 @@ struct LockstepLines {
   bool active[kLockstepLines] = {};
 };
 
-// Runs `steps` position steps of every active line: step k of line i reads its length from
-// lengths[k * kLockstepLines + i] and writes the part of the output pixel it starts with (as
-// LinePosition::Step) to filled[k * kLockstepLines + i]. counts[i] becomes the steps the line
-// took, fewer than `steps` when its output line filled (that step included); 0 for an inactive
-// lane. Every step runs in the lanes; only the step that fills a line is taken alone, through
+// Runs `steps` position steps of every active line: step k of line i takes its length from
+// plans.length and writes its plan (as LinePosition::Step decides it) to the other fields of
+// `plans`, both at [k * kLockstepLines + i]. counts[i] becomes the steps the line took, fewer
+// than `steps` when its output line filled (that step included); 0 for an inactive lane. Every
+// step runs in the lanes; only the step that fills a line is taken alone, through
 // LinePosition::Step. A lane whose line filled is left as it was.
-[[gnu::always_inline]] inline void LockstepPositionSteps(LockstepLines& lines,
-                                                         const double* lengths, double* filled,
+[[gnu::always_inline]] inline void LockstepPositionSteps(LockstepLines& lines, StepPlans& plans,
                                                          int32_t steps, int32_t* counts) {
   LineLanes position[kLineVectors];
   LineLanes room[kLineVectors];
@@ -103,17 +105,15 @@ struct LockstepLines {
   }
   const LineLanes one = LineLanes{} + 1.0;
   for (int32_t k = 0; k < steps; ++k) {
-    const double* stepLengths = lengths + k * kLockstepLines;
-    double* stepFilled = filled + k * kLockstepLines;
 #pragma GCC unroll 4
     for (int32_t v = 0; v < kLineVectors; ++v) {
+      const int32_t at = k * kLockstepLines + v * kLineLanes;
       LineLanes length;
-      __builtin_memcpy(&length, stepLengths + v * kLineLanes, sizeof length);
+      __builtin_memcpy(&length, plans.length + at, sizeof length);
       const LineLanes before = position[v];
       const LineLanes roomBefore = room[v];
       const LineLanes whole = TruncateLanes(before);
       const LineLanes f = TenMillionths(TruncateLanes((before - whole) * 10000000.0));
-      __builtin_memcpy(stepFilled + v * kLineLanes, &f, sizeof f);
       const LineMask inside = (length + f) < 1.0;
       const LineLanes u0 = 1.0 - f;
       const LineLanes rest = length - u0;
@@ -121,6 +121,16 @@ struct LockstepLines {
       const LineLanes u1 = u0 + 1.0;
       const LineMask reach = (rest >= 1.0) & (u1 <= length);
       const LineLanes tail = reach ? NotBelowZeroLanes(length - u1) : NotBelowZeroLanes(rest);
+      const LineLanes piece = length - (reach ? u1 : u0);
+      const LineMask carried = piece > 0.0;
+      const LineMask kind = ~inside & (shortSpan ? LineMask{} + KindWord(StepKind::ShortSpan)
+                                                 : LineMask{} + KindWord(StepKind::Longer));
+      __builtin_memcpy(plans.kind + at, &kind, sizeof kind);
+      __builtin_memcpy(plans.u0 + at, &u0, sizeof u0);
+      __builtin_memcpy(plans.u1 + at, &u1, sizeof u1);
+      __builtin_memcpy(plans.piece + at, &piece, sizeof piece);
+      __builtin_memcpy(plans.reach + at, &reach, sizeof reach);
+      __builtin_memcpy(plans.carried + at, &carried, sizeof carried);
       const LineLanes spanEnd = ((whole + 1.0) + KeepLanes(reach, one)) + tail;
       LineLanes next = inside ? before + length : spanEnd;
       LineLanes written = KeepLanes(~inside, one + KeepLanes(reach, one));
