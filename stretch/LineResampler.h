@@ -17,7 +17,7 @@ inline namespace MORVANE_ISA {
 // current output pixel already filled (cut to 7 decimals): whether the source pixel ends inside
 // that output pixel, and otherwise u0 = 1 - f (the part of the span the first output pixel
 // takes) and rest = S - u0. The position pass decides; the value pass below follows its plan
-// (StepPlan), and for the longer spans it leaves undecided, it counts with the same
+// (StepPlans), and for the longer spans it leaves undecided, it counts with the same
 // expressions, so the two always agree.
 
 // A remainder of at least this much (and below 1) is written out as a whole output pixel.
@@ -44,17 +44,6 @@ enum class StepKind : MaskWord {
   Inside = 0,     // the source pixel ends inside the current output pixel
   ShortSpan = 1,  // IsShortSpan
   Longer = 2,     // every other step
-};
-
-// The position pass's decisions on one step: all the value pass needs besides the step's
-// length, so that it decides nothing again. The short-span fields hold for a short span only.
-struct StepPlan {
-  StepKind kind;
-  double u0;         // 1 - filled: the part of the span the first output pixel takes
-  double u1;         // u0 + 1
-  double piece;      // the part of the span carried on: S - u1 where it reaches, else S - u0
-  MaskWord reach;    // all ones where ShortSpanReaches
-  MaskWord carried;  // all ones where piece > 0
 };
 
 // The resampler's line position alone: `linePosition` from the line's starting edge. Each step
@@ -145,25 +134,25 @@ class LineResampler {
   // Start of a line, before the start-offset copy.
   void ResetLine() { carry_ = Value{}; }
 
-  // The value pass of one step as its position pass planned it.
-  template <typename Sink>
-  [[gnu::always_inline]] bool StepValues(double length, const StepPlan& plan, const Value& current,
+  // The value pass of one step as its position pass planned it (see PlannedStep).
+  template <typename Plan, typename Sink>
+  [[gnu::always_inline]] bool StepValues(double length, const Plan& plan, const Value& current,
                                          const Value& next, const Value& currentMul,
                                          const Value& nextMul, Sink& sink) {
     return ValuesImpl<true>(length, plan, current, next, currentMul, nextMul, sink);
   }
-  template <typename Sink>
-  [[gnu::always_inline]] bool StepValues(double length, const StepPlan& plan, const Value& current,
+  template <typename Plan, typename Sink>
+  [[gnu::always_inline]] bool StepValues(double length, const Plan& plan, const Value& current,
                                          const Value& next, Sink& sink) {
     return ValuesImpl<false>(length, plan, current, next, current, next, sink);
   }
 
  private:
-  template <bool kMultiply, typename Sink>
-  [[gnu::always_inline]] bool ValuesImpl(double length, const StepPlan& plan, const Value& current,
+  template <bool kMultiply, typename Plan, typename Sink>
+  [[gnu::always_inline]] bool ValuesImpl(double length, const Plan& plan, const Value& current,
                                          const Value& next, const Value& currentMul,
                                          const Value& nextMul, Sink& sink) {
-    if (plan.kind == StepKind::Inside) {
+    if (plan.Kind() == StepKind::Inside) {
       if constexpr (kMultiply) {
         carry_ = carry_ + (current * length) * currentMul;
       } else {
@@ -172,7 +161,7 @@ class LineResampler {
       return false;
     }
 
-    const double u0 = plan.u0;
+    const double u0 = plan.U0();
     Value from = current;
     Value delta;
     if constexpr (kMultiply) {
@@ -184,15 +173,15 @@ class LineResampler {
       delta = next - from;
     }
 
-    if (plan.kind == StepKind::ShortSpan) {
+    if (plan.Kind() == StepKind::ShortSpan) {
       // V(u0) is stored in any case and the cursor moves on only when it is a whole output
       // pixel: an unused value is overwritten by the next pixel written there. The carry is
       // V(u) * (S - u) for the u the span ends at, when that part is above 0.
       const Value first = Interpolate(delta, from, u0, length);
-      const Value second = Interpolate(delta, from, plan.u1, length);
+      const Value second = Interpolate(delta, from, plan.U1(), length);
       sink.Put(first);
-      sink.SkipWhere(plan.reach);
-      carry_ = Keep(plan.carried, Choose(plan.reach, second, first) * plan.piece);
+      sink.SkipWhere(plan.Reach());
+      carry_ = Keep(plan.Carried(), Choose(plan.Reach(), second, first) * plan.Piece());
       return sink.Full();
     }
 

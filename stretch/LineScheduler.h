@@ -44,6 +44,10 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
     return std::array<Stretcher, kLines>{((void)I, Stretcher(call, images))...};
   }
   (std::make_index_sequence<kLines>());
+  using Channel = ChannelType<Depth>;
+  const int32_t chunk =
+      StepChunk(call.direction, images.srcStride * std::ptrdiff_t{sizeof(Channel)},
+                static_cast<int32_t>(4 * sizeof(Channel)));
   StepPlans plans;
   std::fill(std::begin(plans.length), std::end(plans.length), 1.0);
   int32_t counts[kLines] = {};
@@ -54,9 +58,9 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
   }
   while (anyActive) {
     for (int32_t i = 0; i < kLines; ++i) {
-      if (lanes.active[i]) s[i].template Lengths<kLines>(plans.length + i);
+      if (lanes.active[i]) s[i].template Lengths<kLines>(plans.length + i, chunk);
     }
-    LockstepPositionSteps(lanes, plans, kStepChunk, counts);
+    LockstepPositionSteps(lanes, plans, chunk, counts);
     anyActive = false;
     for (int32_t i = 0; i < kLines; ++i) {
       if (lanes.active[i] && s[i].Values(plans, i, counts[i])) {

@@ -74,20 +74,25 @@ class LineStretcher {
     return false;
   }
 
-  // The stretch lengths of the next kStepChunk steps, kStride apart (a chunk may run past the
-  // end of the line; the steps after it are never used).
+  // The stretch lengths of the next `steps` steps, kStride apart (a chunk may run past the end
+  // of the line; the steps after it are never used).
   template <int32_t kStride>
-  [[gnu::always_inline]] void Lengths(double* lengths) {
+  [[gnu::always_inline]] void Lengths(double* lengths, int32_t steps) {
+    // Local copies, as in Values: a store of a length could otherwise change the members.
+    IntensitySource intensity = intensity_;
+    const int64_t first = step_;
+    const int64_t distributionPixels = call_.distributionPixels;
     WithDistributionMode(call_.distributionMode, [&](auto mode) {
-      for (int32_t k = 0; k < kStepChunk; ++k) {
-        const double curve = CurveStretch(intensity_.Pixel());
-        intensity_.Advance();
+      for (int32_t k = 0; k < steps; ++k) {
+        const double curve = CurveStretch(intensity.Pixel());
+        intensity.Advance();
         const double stretch =
-            ApplyDistribution<decltype(mode)::value>(curve, step_, call_.distributionPixels);
+            ApplyDistribution<decltype(mode)::value>(curve, first + k, distributionPixels);
         lengths[k * kStride] = GuardStretchLength(stretch);
-        ++step_;
       }
     });
+    intensity_ = intensity;
+    step_ = first + steps;
   }
 
   // The output pixels of the first `count` steps of this line's chunk, line `line` of `plans`.
@@ -111,7 +116,7 @@ class LineStretcher {
     const auto step = [&](int32_t k, auto& sink) {
       const Value following = LoadChannels<Depth, Variant>(source + next.Index() * pixelStep);
       const double length = plans.length[k * kLockstepLines + line];
-      const StepPlan plan = plans.At(k, line);
+      const PlannedStep plan(plans, k, line);
       bool filledLine;
       if constexpr (kMultiply) {
         const StepMultipliers m = RouteShades(shadingChannel, shade.Current(), shade.Next());
