@@ -93,6 +93,16 @@ class LineStretcher {
     });
     intensity_ = intensity;
     step_ = first + steps;
+    if (in_.pixelStep != 4 && in_.pixelStep != -4) {
+      // Along columns every pixel is a row away from the last and the processor does not fetch
+      // them ahead: ask for the pixels the value pass reads, which the lengths pass has not
+      // read when the intensities come from another layer or another place on the line.
+      LinePositionWalker<Mode> colour = next_;
+      for (int32_t k = 0; k < steps; ++k) {
+        __builtin_prefetch(Pixel(colour.Index()));
+        colour.Advance();
+      }
+    }
   }
 
   // The output pixels of the first `count` steps of this line's chunk, line `line` of `plans`.
