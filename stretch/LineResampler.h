@@ -47,10 +47,11 @@ enum class StepKind : MaskWord {
 };
 
 // The resampler's line position alone: `linePosition` from the line's starting edge. Each step
-// returns the filled part it started with, which is all the value pass needs, and counts the
-// output pixels the step writes. The position of one step depends on the previous one through
-// a chain of about a dozen dependent operations; keeping this pass apart from the values keeps
-// that chain short and lets the chains of two lines run side by side.
+// returns the filled part it started with and counts the output pixels the step writes. The
+// position of one step depends on the previous one through a chain of about a dozen dependent
+// operations; keeping this pass apart from the values keeps that chain short and lets the chains
+// of several lines run side by side (the lockstep pass runs the same step in vector lanes and
+// takes a line's filling step through this one).
 class LinePosition {
  public:
   LinePosition() = default;
@@ -121,8 +122,8 @@ class LinePosition {
   double linePosition_ = 0.0;
 };
 
-// The values of the line resampler: what each step writes, given its length and the filled
-// part its position pass found. All written channels share the decisions. `Value` holds the
+// The values of the line resampler: what each step writes, given its length and the plan its
+// position pass made. All written channels share the decisions. `Value` holds the
 // written channels: a double for one channel, a ChannelQuad for several (lanes that a variant
 // does not write are carried along and never stored). The sink receives every emitted pixel
 // (`bool Emit(const Value&)`) and returns true once the line is full, which ends the step at

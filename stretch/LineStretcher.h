@@ -19,10 +19,10 @@ inline namespace MORVANE_ISA {
 
 // One line of the stretch, worked through in three passes per chunk of steps. Begin sets the
 // line up and copies its start offset; Lengths measures the intensities of the next steps and
-// turns them into stretch lengths; the line's LinePosition (held by the caller, so that the
-// position passes of two lines can run side by side) gives each step its filled part; Values
-// then writes the output pixels of those steps. All per-call quantities come from the prepared
-// call; the object holds only the state of its current line.
+// turns them into stretch lengths; the position pass (the caller's, which runs the lines of a
+// group side by side) plans each step; Values then writes the output pixels of those steps. All
+// per-call quantities come from the prepared call; the object holds only the state of its current
+// line.
 template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant, EdgeMode Mode,
           bool kMultiply>
 class LineStretcher {
