@@ -12,24 +12,20 @@ enum class DistributionMode : int32_t { Constant = 0, LinearRampUp = 1, LinearRa
 // it grows towards L * L + L at range 2 (L * L is formed in 64 bits).
 int64_t DistributionPixels(double range, int32_t length);
 
-// Applies distribution mode kMode to the stretch length of step j; a value outside the
-// enumeration leaves it unchanged.
-template <DistributionMode kMode>
-[[gnu::always_inline]] inline double ApplyDistribution(double length, int64_t step, int64_t range) {
+// Applies distribution mode kMode to the stretch length of step j of a distribution length R;
+// a value outside the enumeration leaves it unchanged. For one step or for lanes of several:
+// j is the step's whole number in double (exact), R the same in double.
+template <DistributionMode kMode, typename T>
+[[gnu::always_inline]] inline T ApplyDistribution(T length, T step, double range) {
   if constexpr (kMode == DistributionMode::Constant) {
-    if (step > range) length = 1.0;
+    return step > range ? T{} + 1.0 : length;
   } else if constexpr (kMode == DistributionMode::LinearRampUp) {
-    if (step < range) {
-      length = ((length - 1.0) * static_cast<double>(step)) / static_cast<double>(range) + 1.0;
-    }
+    return step < range ? ((length - 1.0) * step) / range + 1.0 : length;
   } else if constexpr (kMode == DistributionMode::LinearRampDown) {
-    if (step < range) {
-      length = length + ((1.0 - length) * static_cast<double>(step)) / static_cast<double>(range);
-    } else {
-      length = 1.0;
-    }
+    return step < range ? length + ((1.0 - length) * step) / range : T{} + 1.0;
+  } else {
+    return length;
   }
-  return length;
 }
 
 // Calls f(std::integral_constant<DistributionMode, mode>) for the record's mode (any value
@@ -50,8 +46,10 @@ template <typename F>
 
 // Applies the record's distribution mode to the stretch length of step j.
 inline double ApplyDistribution(int32_t mode, double length, int64_t step, int64_t range) {
-  return WithDistributionMode(
-      mode, [&](auto m) { return ApplyDistribution<decltype(m)::value>(length, step, range); });
+  return WithDistributionMode(mode, [&](auto m) {
+    return ApplyDistribution<decltype(m)::value>(length, static_cast<double>(step),
+                                                 static_cast<double>(range));
+  });
 }
 
 // The controls never give a stretch length below 0.01 (Pixel Size >= 0.01 at an intensity of
@@ -62,9 +60,9 @@ inline double ApplyDistribution(int32_t mode, double length, int64_t step, int64
 // land a few ulps below 0.01 with control values.) Lengths not above 0, and NaN, count as 1.
 inline constexpr double kMinStretchLength = 0.005;
 
-[[gnu::always_inline]] inline double GuardStretchLength(double length) {
-  if (!(length > 0.0)) return 1.0;
-  return length < kMinStretchLength ? kMinStretchLength : length;
+template <typename T>
+[[gnu::always_inline]] inline T GuardStretchLength(T length) {
+  return length > 0.0 ? (length < kMinStretchLength ? T{} + kMinStretchLength : length) : T{} + 1.0;
 }
 
 }  // namespace morvane

@@ -10,3 +10,20 @@
 #else
 #define MORVANE_ISA isa_baseline
 #endif
+
+#include <cstdint>
+
+namespace morvane {
+inline namespace MORVANE_ISA {
+
+// Doubles one vector register holds: four with AVX2, two with SSE2, one elsewhere.
+#if defined(__AVX2__)
+inline constexpr int32_t kRegisterDoubles = 4;
+#elif defined(__SSE2__)
+inline constexpr int32_t kRegisterDoubles = 2;
+#else
+inline constexpr int32_t kRegisterDoubles = 1;
+#endif
+
+}  // namespace MORVANE_ISA
+}  // namespace morvane

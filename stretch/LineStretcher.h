@@ -6,9 +6,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
+#include <utility>
 
 #include "stretch/Distribution.h"
 #include "stretch/IntensitySources.h"
+#include "stretch/KernelIsa.h"
 #include "stretch/LineLayout.h"
 #include "stretch/LineResampler.h"
 #include "stretch/StepMultipliers.h"
@@ -16,6 +18,21 @@
 
 namespace morvane::detail {
 inline namespace MORVANE_ISA {
+
+// Stretch steps of one line measured side by side in the lengths pass, one per lane.
+inline constexpr int32_t kStepLanes = kRegisterDoubles;
+using StepLanes = double __attribute__((vector_size(8 * kStepLanes)));
+using StepIndexLanes = int32_t __attribute__((vector_size(4 * kStepLanes)));
+static_assert(kStepChunk % kStepLanes == 0 && kShortestColumnChunk % kStepLanes == 0);
+
+// The lanes {lane(0), lane(1), ...}, put together in registers.
+template <typename Lane>
+[[gnu::always_inline]] inline StepLanes LanesOf(Lane lane) {
+  return [&]<int32_t... J>(std::integer_sequence<int32_t, J...>) {
+    return StepLanes{lane(J)...};
+  }
+  (std::make_integer_sequence<int32_t, kStepLanes>());
+}
 
 // One line of the stretch, worked through in three passes per chunk of steps. Begin sets the
 // line up and copies its start offset; Lengths measures the intensities of the next steps and
@@ -74,21 +91,23 @@ class LineStretcher {
     return false;
   }
 
-  // The stretch lengths of the next `steps` steps, kStride apart (a chunk may run past the end
-  // of the line; the steps after it are never used).
+  // The stretch lengths of the next `steps` steps (a multiple of kStepLanes), kStride apart (a
+  // chunk may run past the end of the line; the steps after it are never used). Steps are
+  // measured kStepLanes at a time, one per lane.
   template <int32_t kStride>
   [[gnu::always_inline]] void Lengths(double* lengths, int32_t steps) {
     // Local copies, as in Values: a store of a length could otherwise change the members.
     IntensitySource intensity = intensity_;
     const int64_t first = step_;
-    const int64_t distributionPixels = call_.distributionPixels;
+    const double distributionPixels = static_cast<double>(call_.distributionPixels);
+    const StepLanes laneNumbers = LanesOf([](int32_t j) { return static_cast<double>(j); });
     WithDistributionMode(call_.distributionMode, [&](auto mode) {
-      for (int32_t k = 0; k < steps; ++k) {
-        const double curve = CurveStretch(intensity.Pixel());
-        intensity.Advance();
-        const double stretch =
-            ApplyDistribution<decltype(mode)::value>(curve, first + k, distributionPixels);
-        lengths[k * kStride] = GuardStretchLength(stretch);
+      for (int32_t k = 0; k < steps; k += kStepLanes) {
+        const StepLanes step = laneNumbers + static_cast<double>(first + k);
+        const StepLanes stretch = GuardStretchLength(ApplyDistribution<decltype(mode)::value>(
+            CurveStretches(intensity), step, distributionPixels));
+        for (int32_t j = 0; j < kStepLanes; ++j)
+          lengths[(k + j) * kStride] = stretch[j];
       }
     });
     intensity_ = intensity;
@@ -161,16 +180,49 @@ class LineStretcher {
   }
 
  private:
-  // The curve's stretch length at the intensity this variant measures from `pixel`.
-  [[gnu::always_inline]] double CurveStretch(const Channel* pixel) const {
+  // The curve's stretch lengths at the intensities this variant measures from the next
+  // kStepLanes pixels of `intensity`, one per lane.
+  [[gnu::always_inline]] StepLanes CurveStretches(IntensitySource& intensity) const {
     if constexpr (Depth == PixelDepth::Depth8) {
-      // The alpha weighting changes nothing for an opaque pixel, and the Alpha variant has none.
-      if (Variant == ChannelVariant::Alpha || pixel[kAlpha] == 255) {
-        if constexpr (kChannelCount<Variant> == 1) {
-          return call_.opaqueStretch8[3 * pixel[VariantTraits<Variant>::kChannels[0]]];
-        } else {
-          return call_.opaqueStretch8[pixel[kGreen] + pixel[kRed] + pixel[kBlue]];
+      // Pixel by pixel: most come from the opaque table, which leaves no arithmetic to share.
+      return LanesOf([&](int32_t) {
+        const double stretch = CurveStretch(intensity.Pixel());
+        intensity.Advance();
+        return stretch;
+      });
+    } else {
+      // Each channel of every pixel in the lanes, in double.
+      struct Read {
+        StepLanes value[4];
+        StepLanes Single(int c) const { return DepthTraits<Depth>::SingleOf(value[c]); }
+        StepLanes Luma() const {
+          return DepthTraits<Depth>::LumaOf(value[kGreen], value[kRed], value[kBlue]);
         }
+        StepLanes Value(int c) const { return value[c]; }
+      };
+      const Channel* pixels[kStepLanes];
+      for (int32_t j = 0; j < kStepLanes; ++j) {
+        pixels[j] = intensity.Pixel();
+        intensity.Advance();
+      }
+      const auto channel = [&](int c) {
+        return LanesOf([&](int32_t j) { return static_cast<double>(pixels[j][c]); });
+      };
+      const Read read{{channel(0), channel(1), channel(2), channel(3)}};
+      const StepIndexLanes index = __builtin_convertvector(
+          CurvePosition(MeasureIntensityWith<Depth, Variant>(read)), StepIndexLanes);
+      return LanesOf([&](int32_t j) { return call_.curve[index[j]]; });
+    }
+  }
+
+  // The curve's stretch length at the intensity this variant measures from 8-bit `pixel`.
+  [[gnu::always_inline]] double CurveStretch(const Channel* pixel) const {
+    // The alpha weighting changes nothing for an opaque pixel, and the Alpha variant has none.
+    if (Variant == ChannelVariant::Alpha || pixel[kAlpha] == 255) {
+      if constexpr (kChannelCount<Variant> == 1) {
+        return call_.opaqueStretch8[3 * pixel[VariantTraits<Variant>::kChannels[0]]];
+      } else {
+        return call_.opaqueStretch8[pixel[kGreen] + pixel[kRed] + pixel[kBlue]];
       }
     }
     return call_.curve[CurveIndex(MeasureIntensity<Depth, Variant>(pixel))];

@@ -12,6 +12,7 @@
 #include <emmintrin.h>
 #endif
 
+#include "stretch/KernelIsa.h"
 #include "stretch/LinePositionMath.h"
 #include "stretch/LineResampler.h"
 #include "stretch/StepPlans.h"
@@ -19,14 +20,8 @@
 namespace morvane::detail {
 inline namespace MORVANE_ISA {
 
-// Lines per vector register: four with AVX2, two with SSE2, one elsewhere.
-#if defined(__AVX2__)
-inline constexpr int32_t kLineLanes = 4;
-#elif defined(__SSE2__)
-inline constexpr int32_t kLineLanes = 2;
-#else
-inline constexpr int32_t kLineLanes = 1;
-#endif
+// Lines per vector register.
+inline constexpr int32_t kLineLanes = kRegisterDoubles;
 inline constexpr int32_t kLineVectors = kLockstepLines / kLineLanes;
 
 using LineLanes = double __attribute__((vector_size(8 * kLineLanes)));

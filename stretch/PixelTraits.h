@@ -57,8 +57,21 @@ struct DepthTraits<PixelDepth::Depth8> {
   static double Luma(const Channel* p) {
     return detail::kSumOver765.values[int{p[kGreen]} + int{p[kRed]} + int{p[kBlue]}];
   }
+  // The same quotients as formulas, for channel values already in double (one, or lanes).
+  template <typename T>
+  static T SingleOf(T c) {
+    return c / 255.0;
+  }
+  template <typename T>
+  static T LumaOf(T g, T r, T b) {
+    return (g + r + b) / 765.0;
+  }
+  template <typename T>
+  static T WeightByAlphaOf(T v, T a) {
+    return a < 255.0 ? (a * v) / 255.0 : v;
+  }
   static double WeightByAlpha(double v, Channel a) {
-    return a < 255 ? static_cast<double>(a) * v / 255.0 : v;
+    return WeightByAlphaOf(v, static_cast<double>(a));
   }
   static Channel Store(double v) { return detail::RoundAndSaturate<Channel, 255>(v); }
   // Alpha times a fade multiplier, truncated toward zero.
@@ -70,14 +83,26 @@ struct DepthTraits<PixelDepth::Depth8> {
 template <>
 struct DepthTraits<PixelDepth::Depth16> {
   using Channel = uint16_t;
-  static double Single(Channel c) { return static_cast<double>(c) * 3.0517578125e-5; }
+  // Formulas on channel values already in double: one, or lanes of several pixels'.
+  template <typename T>
+  static T SingleOf(T c) {
+    return c * 3.0517578125e-5;
+  }
+  template <typename T>
+  static T LumaOf(T g, T r, T b) {
+    return (g + r + b) / 98304.0;
+  }
+  template <typename T>
+  static T WeightByAlphaOf(T v, T a) {
+    return a < 32768.0 ? (a * v) * 3.0517578125e-5 : v;
+  }
+  static double Single(Channel c) { return SingleOf(static_cast<double>(c)); }
   static double Luma(const Channel* p) {
-    return (static_cast<double>(p[kGreen]) + static_cast<double>(p[kRed]) +
-            static_cast<double>(p[kBlue])) /
-           98304.0;
+    return LumaOf(static_cast<double>(p[kGreen]), static_cast<double>(p[kRed]),
+                  static_cast<double>(p[kBlue]));
   }
   static double WeightByAlpha(double v, Channel a) {
-    return a < 32768 ? static_cast<double>(a) * v * 3.0517578125e-5 : v;
+    return WeightByAlphaOf(v, static_cast<double>(a));
   }
   static Channel Store(double v) { return detail::RoundAndSaturate<Channel, 32768>(v); }
   static Channel ScaleAlpha(Channel a, double m) {
@@ -88,14 +113,26 @@ struct DepthTraits<PixelDepth::Depth16> {
 template <>
 struct DepthTraits<PixelDepth::Depth32f> {
   using Channel = float;
-  static double Single(Channel c) { return static_cast<double>(c); }
+  // Formulas on channel values already in double: one, or lanes of several pixels'.
+  template <typename T>
+  static T SingleOf(T c) {
+    return c;
+  }
+  template <typename T>
+  static T LumaOf(T g, T r, T b) {
+    return (g + r + b) / 3.0;
+  }
+  template <typename T>
+  static T WeightByAlphaOf(T v, T a) {
+    return a < 1.0 ? v * a : v;
+  }
+  static double Single(Channel c) { return SingleOf(static_cast<double>(c)); }
   static double Luma(const Channel* p) {
-    return (static_cast<double>(p[kGreen]) + static_cast<double>(p[kRed]) +
-            static_cast<double>(p[kBlue])) /
-           3.0;
+    return LumaOf(static_cast<double>(p[kGreen]), static_cast<double>(p[kRed]),
+                  static_cast<double>(p[kBlue]));
   }
   static double WeightByAlpha(double v, Channel a) {
-    return a < 1.0f ? v * static_cast<double>(a) : v;
+    return WeightByAlphaOf(v, static_cast<double>(a));
   }
   static Channel Store(double v) { return static_cast<float>(v); }
   static Channel ScaleAlpha(Channel a, double m) {
@@ -143,30 +180,50 @@ template <ChannelVariant Variant>
 inline constexpr bool kWritesAlpha =
     Variant == ChannelVariant::Luma || Variant == ChannelVariant::Alpha;
 
-// The intensity a variant measures from one intensity pixel, in double precision: luma or one
-// channel normalised to white = 1, weighted by alpha except for the Alpha variant.
-template <PixelDepth Depth, ChannelVariant Variant>
-[[gnu::always_inline]] inline double MeasureIntensity(const ChannelType<Depth>* pixel) {
-  using Traits = DepthTraits<Depth>;
+// The intensity a variant measures through `read`: luma or one channel normalised to white = 1,
+// weighted by alpha except for the Alpha variant. `read` gives, for one pixel or for lanes of
+// several, a channel normalised (`Single(c)`), the luma (`Luma()`) and a channel's value in
+// double (`Value(c)`).
+template <PixelDepth Depth, ChannelVariant Variant, typename Reader>
+[[gnu::always_inline]] inline auto MeasureIntensityWith(const Reader& read) {
   if constexpr (Variant == ChannelVariant::Alpha) {
-    return Traits::Single(pixel[kAlpha]);
+    return read.Single(kAlpha);
   } else {
-    double v;
     if constexpr (Variant == ChannelVariant::Luma || Variant == ChannelVariant::LumaNoAlpha) {
-      v = Traits::Luma(pixel);
+      return DepthTraits<Depth>::WeightByAlphaOf(read.Luma(), read.Value(kAlpha));
     } else {
-      v = Traits::Single(pixel[VariantTraits<Variant>::kChannels[0]]);
+      return DepthTraits<Depth>::WeightByAlphaOf(read.Single(VariantTraits<Variant>::kChannels[0]),
+                                                 read.Value(kAlpha));
     }
-    return Traits::WeightByAlpha(v, pixel[kAlpha]);
   }
 }
 
+// The intensity a variant measures from one intensity pixel, in double precision.
+template <PixelDepth Depth, ChannelVariant Variant>
+[[gnu::always_inline]] inline double MeasureIntensity(const ChannelType<Depth>* pixel) {
+  using Traits = DepthTraits<Depth>;
+  struct Read {
+    const ChannelType<Depth>* pixel;
+    double Single(int c) const { return Traits::Single(pixel[c]); }
+    double Luma() const { return Traits::Luma(pixel); }
+    double Value(int c) const { return static_cast<double>(pixel[c]); }
+  };
+  return MeasureIntensityWith<Depth, Variant>(Read{pixel});
+}
+
+// clamp(v, 0, 1) * 1023, NaN counting as 0, for one intensity or lanes of them; its truncation
+// is the curve index. Written as selects (1.0 * 1023.0 is exactly 1023) so that it compiles
+// without branches.
+template <typename T>
+[[gnu::always_inline]] inline T CurvePosition(T intensity) {
+  const T low = intensity > 0.0 ? intensity : T{};
+  const T clamped = low < 1.0 ? low : T{} + 1.0;
+  return clamped * 1023.0;
+}
+
 // The curve index of an intensity: trunc(clamp(v, 0, 1) * 1023); NaN counts as 0.
-// Written as selects (1.0 * 1023.0 is exactly 1023) so that it compiles without branches.
 [[gnu::always_inline]] inline int32_t CurveIndex(double intensity) {
-  const double low = intensity > 0.0 ? intensity : 0.0;
-  const double clamped = low < 1.0 ? low : 1.0;
-  return static_cast<int32_t>(clamped * 1023.0);
+  return static_cast<int32_t>(CurvePosition(intensity));
 }
 
 }  // namespace morvane
