@@ -112,23 +112,10 @@ using MaskWord = std::remove_cvref_t<decltype(LaneMask{}[0])>;
 [[gnu::always_inline]] inline int32_t MaskCount(LaneMask m) {
   return static_cast<int32_t>(-m[0]);
 }
-// The mask over the lanes of one quad part.
-[[gnu::always_inline]] inline PartMask PartMaskOf(LaneMask m) {
-#if defined(__AVX2__)
-  return __builtin_shufflevector(m, m, 0, 1, 0, 1);
-#else
-  return m;
-#endif
-}
 
 // `a` where the mask is set, else `b`.
 [[gnu::always_inline]] inline double Choose(LaneMask m, double a, double b) {
   return (m ? Broadcast(a) : Broadcast(b))[0];
-}
-[[gnu::always_inline]] inline ChannelQuad Choose(LaneMask m, const ChannelQuad& a,
-                                                 const ChannelQuad& b) {
-  const PartMask mask = PartMaskOf(m);
-  return PartWise([&](int i) { return mask ? a.part[i] : b.part[i]; });
 }
 // The same choices by a mask word (all ones or zero) as a plan keeps it.
 [[gnu::always_inline]] inline double Choose(MaskWord w, double a, double b) {
@@ -147,10 +134,6 @@ using MaskWord = std::remove_cvref_t<decltype(LaneMask{}[0])>;
 // `a` where the mask is set, else +0.0.
 [[gnu::always_inline]] inline double Keep(LaneMask m, double a) {
   return DoublePair(m & LaneMask(Broadcast(a)))[0];
-}
-[[gnu::always_inline]] inline ChannelQuad Keep(LaneMask m, const ChannelQuad& a) {
-  const PartMask mask = PartMaskOf(m);
-  return PartWise([&](int i) { return QuadPart(mask & PartMask(a.part[i])); });
 }
 [[gnu::always_inline]] inline double Keep(MaskWord w, double a) {
   return Keep(SplatMask(w), a);

@@ -81,8 +81,9 @@ constexpr int64_t ResolveIntensityPosition(EdgeMode mode, int64_t period, int64_
 }
 
 // The sampled pixel of a resolved fixed-point position, kept inside a line of `length` pixels
-// (the one-pixel substitute periods alone could reach pixel 1).
-constexpr int32_t LayerPixelOnLine(int64_t resolved, int32_t length) {
+// (the one-pixel substitute periods alone could reach pixel 1). Always inlined: the AVX2 line
+// routines call it, and an out-of-line copy there could be linked into baseline callers.
+[[gnu::always_inline]] constexpr int32_t LayerPixelOnLine(int64_t resolved, int32_t length) {
   return static_cast<int32_t>(std::clamp<int64_t>(resolved >> kLayerFractionBits, 0, length - 1));
 }
 

@@ -1,4 +1,4 @@
-// The three dimensions that name one StretchKernel.
+// The three dimensions that name one kernel: pixel depth, intensity origin and channel variant.
 #pragma once
 
 #include <cstdint>

@@ -47,7 +47,7 @@ enum class StepKind : MaskWord {
 };
 
 // The resampler's line position alone: `linePosition` from the line's starting edge. Each step
-// returns the filled part it started with and counts the output pixels the step writes. The
+// counts the output pixels it writes. The
 // position of one step depends on the previous one through a chain of about a dozen dependent
 // operations; keeping this pass apart from the values keeps that chain short and lets the chains
 // of several lines run side by side (the lockstep pass runs the same step in vector lanes and
@@ -62,13 +62,12 @@ class LinePosition {
   void AdvanceCopied() { linePosition_ += 1.0; }
   double linePosition() const { return linePosition_; }
 
-  // One step of length `length` (> 0). Sets `filled` and takes the output pixels the step
-  // writes from `room`; returns true when that fills the line (the rest of the step is dropped).
-  [[gnu::always_inline]] bool Step(double length, double& filled, int32_t& room) {
+  // One step of length `length` (> 0). Takes the output pixels the step writes from `room`;
+  // returns true when that fills the line (the rest of the step is dropped).
+  [[gnu::always_inline]] bool Step(double length, int32_t& room) {
     // The line position is never negative, so its truncation is its whole part.
     const double whole = TruncateNonNegative(linePosition_);
     const double f = CutToSevenDecimals(linePosition_ - whole);
-    filled = f;
     if (length + f < 1.0) {
       linePosition_ += length;
       return false;

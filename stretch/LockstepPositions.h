@@ -158,8 +158,7 @@ struct LockstepLines {
         const int32_t l = __builtin_ctz(static_cast<unsigned>(bits));
         LinePosition scalar(before[l]);
         auto left = static_cast<int32_t>(roomBefore[l]);
-        double unused;
-        if (scalar.Step(length[l], unused, left)) {
+        if (scalar.Step(length[l], left)) {
           running[v][l] = 0;
           counts[v * kLineLanes + l] = k + 1;
           position[v][l] = before[l];

@@ -1,4 +1,4 @@
-// The StretchKernel family: one routine per pixel depth, intensity origin and channel variant.
+// The stretch kernel of one pixel depth: a call prepared once, then its lines in any ranges.
 #pragma once
 
 #include <cstddef>
@@ -10,30 +10,6 @@
 #include "stretch/StretchCall.h"
 
 namespace morvane {
-
-// Signature shared by the twelve kernels of one depth. Strides are in channel elements; `record`
-// is the kernel's own copy; the last six values are zero (null pixels) for SelfIntensity.
-template <PixelDepth Depth>
-using StretchKernelFn = void (*)(ChannelType<Depth>* dst, int32_t dstStride,
-                                 const ChannelType<Depth>* src, int32_t srcStride, int32_t width,
-                                 int32_t height, StretchRenderRecord record, float scale,
-                                 const ChannelType<Depth>* layerPixels, int32_t layerWidth,
-                                 int32_t layerHeight, int32_t layerStride, int32_t originX,
-                                 int32_t originY);
-
-// Renders the whole output image in place: writes only the variant's channels of `dst`, reads
-// `src` (and the layer) over width x height. A LayerIntensity kernel given no layer pixels, or a
-// layer with no width or height, reads the intensity from the image like SelfIntensity.
-template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant>
-void StretchKernel(ChannelType<Depth>* dst, int32_t dstStride, const ChannelType<Depth>* src,
-                   int32_t srcStride, int32_t width, int32_t height, StretchRenderRecord record,
-                   float scale, const ChannelType<Depth>* layerPixels, int32_t layerWidth,
-                   int32_t layerHeight, int32_t layerStride, int32_t originX, int32_t originY);
-
-// The kernel for (origin, variant) at this depth; null for values outside the enumerations.
-// All 36 specialisations are instantiated in the library.
-template <PixelDepth Depth>
-StretchKernelFn<Depth> SelectStretchKernel(IntensityOrigin origin, ChannelVariant variant);
 
 // Where a kernel reads and writes: the images with their strides in channel elements, and the
 // intensity layer when there is one.
@@ -85,7 +61,8 @@ const LineRoutines<Depth>* LineRoutinesFor(KernelInstructionSet instructionSet);
 template <PixelDepth Depth>
 const LineRoutines<Depth>* FastestLineRoutines();
 
-// The fourteen arguments of a kernel call, as one value.
+// The fourteen arguments of a kernel call. Strides are in channel elements; `record` is the
+// kernel's own copy; the layer values are zero (null pixels) for SelfIntensity.
 template <PixelDepth Depth>
 struct KernelArguments {
   ChannelType<Depth>* dst;
@@ -104,11 +81,11 @@ struct KernelArguments {
   int32_t originY;
 };
 
-// One kernel call split into its set-up and its lines. PrepareStretchKernel does everything a
-// kernel does before its first line (tables, shift, layer geometry, all from the whole image);
-// RenderLines then renders any range of lines. Lines never influence each other, so rendering
+// One kernel call split into its set-up and its lines. PrepareStretchKernel does everything
+// before the first line (tables, shift, layer geometry, all from the whole image); RenderLines
+// then renders any range of lines. Lines never influence each other, so rendering
 // [0, lineCount()) in any partition into ranges, in any order or on several threads at once,
-// writes exactly what the single call writes. RenderLines only reads the prepared state, which
+// writes exactly what one range over all lines writes. RenderLines only reads the prepared state, which
 // stays valid while the object lives and the images are not moved. Nothing is allocated.
 template <PixelDepth Depth>
 class PreparedStretchKernel {
@@ -142,9 +119,8 @@ class PreparedStretchKernel {
   bool useLayer_ = false;
 };
 
-// Prepares the kernel (origin, variant) of this depth with the fourteen kernel arguments, as
-// the kernel itself would before its first line. Unknown origins or variants, an empty image
-// or null pixels prepare nothing (lineCount() 0).
+// Prepares the kernel (origin, variant) of this depth with the fourteen kernel arguments.
+// Unknown origins or variants, an empty image or null pixels prepare nothing (lineCount() 0).
 template <PixelDepth Depth>
 void PrepareStretchKernel(PreparedStretchKernel<Depth>& prepared, IntensityOrigin origin,
                           ChannelVariant variant, const KernelArguments<Depth>& arguments);

@@ -1,5 +1,5 @@
-// The kernel family behind every StretchKernel: the call set-up, the choice of line routine and
-// the whole-image kernels. Included only by the files that instantiate the family.
+// The prepared kernel: the call set-up and the choice of line routine. Included only by the
+// files that instantiate it.
 #pragma once
 
 #include <cstdint>
@@ -55,62 +55,8 @@ LineRangeFn<Depth> PreparedStretchKernel<Depth>::PickLines(
   return (useLayer_ ? routines.layer : routines.self)[variantIndex_](call_);
 }
 
-template <PixelDepth Depth, IntensityOrigin Origin, ChannelVariant Variant>
-void StretchKernel(ChannelType<Depth>* dst, int32_t dstStride, const ChannelType<Depth>* src,
-                   int32_t srcStride, int32_t width, int32_t height, StretchRenderRecord record,
-                   float scale, const ChannelType<Depth>* layerPixels, int32_t layerWidth,
-                   int32_t layerHeight, int32_t layerStride, int32_t originX, int32_t originY) {
-  // The prepared call holds the tables (about 10 KB) in this call's frame: no heap allocation.
-  PreparedStretchKernel<Depth> prepared;
-  PrepareStretchKernel<Depth>(
-      prepared, Origin, Variant,
-      {dst, dstStride, src, srcStride, width, height, record, scale, layerPixels, layerWidth,
-       layerHeight, layerStride, originX, originY});
-  prepared.RenderLines(0, prepared.lineCount());
-}
-
-template <PixelDepth Depth>
-StretchKernelFn<Depth> SelectStretchKernel(IntensityOrigin origin, ChannelVariant variant) {
-  using Origin = IntensityOrigin;
-  using V = ChannelVariant;
-  constexpr StretchKernelFn<Depth> kSelf[] = {
-      &StretchKernel<Depth, Origin::SelfIntensity, V::Luma>,
-      &StretchKernel<Depth, Origin::SelfIntensity, V::Red>,
-      &StretchKernel<Depth, Origin::SelfIntensity, V::Green>,
-      &StretchKernel<Depth, Origin::SelfIntensity, V::Blue>,
-      &StretchKernel<Depth, Origin::SelfIntensity, V::Alpha>,
-      &StretchKernel<Depth, Origin::SelfIntensity, V::LumaNoAlpha>};
-  constexpr StretchKernelFn<Depth> kLayer[] = {
-      &StretchKernel<Depth, Origin::LayerIntensity, V::Luma>,
-      &StretchKernel<Depth, Origin::LayerIntensity, V::Red>,
-      &StretchKernel<Depth, Origin::LayerIntensity, V::Green>,
-      &StretchKernel<Depth, Origin::LayerIntensity, V::Blue>,
-      &StretchKernel<Depth, Origin::LayerIntensity, V::Alpha>,
-      &StretchKernel<Depth, Origin::LayerIntensity, V::LumaNoAlpha>};
-  const auto v = static_cast<int32_t>(variant);
-  if (v < 0 || v > 5) return nullptr;
-  if (origin == Origin::SelfIntensity) return kSelf[v];
-  if (origin == Origin::LayerIntensity) return kLayer[v];
-  return nullptr;
-}
-
-// Instantiates the twelve kernels of one depth and their selector.
-#define MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, VARIANT)                               \
-  template void StretchKernel<DEPTH, ORIGIN, VARIANT>(                                           \
-      ChannelType<DEPTH>*, int32_t, const ChannelType<DEPTH>*, int32_t, int32_t, int32_t,        \
-      StretchRenderRecord, float, const ChannelType<DEPTH>*, int32_t, int32_t, int32_t, int32_t, \
-      int32_t);
-#define MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, ORIGIN)                  \
-  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Luma)  \
-  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Red)   \
-  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Green) \
-  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Blue)  \
-  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::Alpha) \
-  MORVANE_INSTANTIATE_STRETCH_KERNEL(DEPTH, ORIGIN, ChannelVariant::LumaNoAlpha)
-#define MORVANE_INSTANTIATE_STRETCH_KERNELS(DEPTH)                                             \
-  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::SelfIntensity)                    \
-  MORVANE_INSTANTIATE_STRETCH_ORIGIN(DEPTH, IntensityOrigin::LayerIntensity)                   \
-  template StretchKernelFn<DEPTH> SelectStretchKernel<DEPTH>(IntensityOrigin, ChannelVariant); \
+// Instantiates the prepared kernel of one depth and its baseline line routines.
+#define MORVANE_INSTANTIATE_STRETCH_KERNELS(DEPTH)                                          \
   template class PreparedStretchKernel<DEPTH>;                                                 \
   MORVANE_DEFINE_LINE_ROUTINES(BaselineLineRoutines, DEPTH)                                    \
   template void PrepareStretchKernel<DEPTH>(PreparedStretchKernel<DEPTH>&, IntensityOrigin,    \

@@ -104,18 +104,20 @@ inline StretchRenderRecord RandomRecord(uint32_t seed) {
   });
 }
 
-// Runs the kernel of (Depth, variant) on `src` (LayerIntensity when `layer` is given) writing
-// into a copy of `dst`, which it returns.
+// Runs the kernel of (Depth, variant) on `src` (LayerIntensity when `layer` is given) over all
+// its lines, writing into a copy of `dst`, which it returns.
 template <PixelDepth Depth>
 Image<Depth> RunKernel(ChannelVariant variant, const StretchRenderRecord& record,
                        const Image<Depth>& src, Image<Depth> dst,
                        const Image<Depth>* layer = nullptr, int32_t originX = 0,
                        int32_t originY = 0) {
-  SelectStretchKernel<Depth>(
-      layer ? IntensityOrigin::LayerIntensity : IntensityOrigin::SelfIntensity, variant)(
-      dst.pixels(), dst.stride, src.pixels(), src.stride, src.width, src.height, record, 1.0f,
-      layer ? layer->pixels() : nullptr, layer ? layer->width : 0, layer ? layer->height : 0,
-      layer ? layer->stride : 0, originX, originY);
+  PreparedStretchKernel<Depth> prepared;
+  PrepareStretchKernel<Depth>(
+      prepared, layer ? IntensityOrigin::LayerIntensity : IntensityOrigin::SelfIntensity, variant,
+      {dst.pixels(), dst.stride, src.pixels(), src.stride, src.width, src.height, record, 1.0f,
+       layer ? layer->pixels() : nullptr, layer ? layer->width : 0, layer ? layer->height : 0,
+       layer ? layer->stride : 0, originX, originY});
+  prepared.RenderLines(0, prepared.lineCount());
   return dst;
 }
 template <PixelDepth Depth>
