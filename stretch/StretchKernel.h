@@ -85,8 +85,8 @@ struct KernelArguments {
 // before the first line (tables, shift, layer geometry, all from the whole image); RenderLines
 // then renders any range of lines. Lines never influence each other, so rendering
 // [0, lineCount()) in any partition into ranges, in any order or on several threads at once,
-// writes exactly what one range over all lines writes. RenderLines only reads the prepared state, which
-// stays valid while the object lives and the images are not moved. Nothing is allocated.
+// writes exactly what one range over all lines writes. RenderLines only reads the prepared state,
+// which stays valid while the object lives and the images are not moved. Nothing is allocated.
 template <PixelDepth Depth>
 class PreparedStretchKernel {
  public:

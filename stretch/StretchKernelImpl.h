@@ -57,9 +57,9 @@ LineRangeFn<Depth> PreparedStretchKernel<Depth>::PickLines(
 
 // Instantiates the prepared kernel of one depth and its baseline line routines.
 #define MORVANE_INSTANTIATE_STRETCH_KERNELS(DEPTH)                                          \
-  template class PreparedStretchKernel<DEPTH>;                                                 \
-  MORVANE_DEFINE_LINE_ROUTINES(BaselineLineRoutines, DEPTH)                                    \
-  template void PrepareStretchKernel<DEPTH>(PreparedStretchKernel<DEPTH>&, IntensityOrigin,    \
+  template class PreparedStretchKernel<DEPTH>;                                              \
+  MORVANE_DEFINE_LINE_ROUTINES(BaselineLineRoutines, DEPTH)                                 \
+  template void PrepareStretchKernel<DEPTH>(PreparedStretchKernel<DEPTH>&, IntensityOrigin, \
                                             ChannelVariant, const KernelArguments<DEPTH>&);
 
 }  // namespace morvane
