@@ -19,11 +19,38 @@
 namespace morvane::detail {
 inline namespace MORVANE_ISA {
 
-// Stretch steps of one line measured side by side in the lengths pass, one per lane.
+// Stretch steps of one line measured side by side in the lengths pass, one per lane: four with
+// AVX2. With two lanes to a register (SSE2) putting the lanes together costs more than they
+// save, and the steps are measured one at a time in plain doubles.
+#if defined(__AVX2__)
 inline constexpr int32_t kStepLanes = kRegisterDoubles;
 using StepLanes = double __attribute__((vector_size(8 * kStepLanes)));
 using StepIndexLanes = int32_t __attribute__((vector_size(4 * kStepLanes)));
+#else
+inline constexpr int32_t kStepLanes = 1;
+using StepLanes = double;
+using StepIndexLanes = int32_t;
+#endif
 static_assert(kStepChunk % kStepLanes == 0 && kShortestColumnChunk % kStepLanes == 0);
+
+// Lane j of `lanes`, and the truncations of curve positions lane by lane.
+#if defined(__AVX2__)
+template <typename Lanes>
+[[gnu::always_inline]] inline auto LaneOf(const Lanes& lanes, int32_t j) {
+  return lanes[j];
+}
+[[gnu::always_inline]] inline StepIndexLanes TruncateCurvePositions(StepLanes position) {
+  return __builtin_convertvector(position, StepIndexLanes);
+}
+#else
+template <typename Lanes>
+[[gnu::always_inline]] inline Lanes LaneOf(Lanes lanes, int32_t) {
+  return lanes;
+}
+[[gnu::always_inline]] inline StepIndexLanes TruncateCurvePositions(StepLanes position) {
+  return static_cast<int32_t>(position);
+}
+#endif
 
 // The lanes {lane(0), lane(1), ...}, put together in registers.
 template <typename Lane>
@@ -107,7 +134,7 @@ class LineStretcher {
         const StepLanes stretch = GuardStretchLength(ApplyDistribution<decltype(mode)::value>(
             CurveStretches(intensity), step, distributionPixels));
         for (int32_t j = 0; j < kStepLanes; ++j)
-          lengths[(k + j) * kStride] = stretch[j];
+          lengths[(k + j) * kStride] = LaneOf(stretch, j);
       }
     });
     intensity_ = intensity;
@@ -209,9 +236,9 @@ class LineStretcher {
         return LanesOf([&](int32_t j) { return static_cast<double>(pixels[j][c]); });
       };
       const Read read{{channel(0), channel(1), channel(2), channel(3)}};
-      const StepIndexLanes index = __builtin_convertvector(
-          CurvePosition(MeasureIntensityWith<Depth, Variant>(read)), StepIndexLanes);
-      return LanesOf([&](int32_t j) { return call_.curve[index[j]]; });
+      const StepIndexLanes index =
+          TruncateCurvePositions(CurvePosition(MeasureIntensityWith<Depth, Variant>(read)));
+      return LanesOf([&](int32_t j) { return call_.curve[LaneOf(index, j)]; });
     }
   }
 
