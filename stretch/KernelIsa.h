@@ -25,5 +25,10 @@ inline constexpr int32_t kRegisterDoubles = 2;
 inline constexpr int32_t kRegisterDoubles = 1;
 #endif
 
+// Stretch steps of one line the lengths pass measures side by side, one per lane: a register's
+// four with AVX2. With two lanes to a register (SSE2) putting the lanes together costs more than
+// they save, and the steps are measured one at a time.
+inline constexpr int32_t kLengthLanes = kRegisterDoubles >= 4 ? kRegisterDoubles : 1;
+
 }  // namespace MORVANE_ISA
 }  // namespace morvane

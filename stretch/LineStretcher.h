@@ -19,38 +19,33 @@
 namespace morvane::detail {
 inline namespace MORVANE_ISA {
 
-// Stretch steps of one line measured side by side in the lengths pass, one per lane: four with
-// AVX2. With two lanes to a register (SSE2) putting the lanes together costs more than they
-// save, and the steps are measured one at a time in plain doubles.
-#if defined(__AVX2__)
-inline constexpr int32_t kStepLanes = kRegisterDoubles;
-using StepLanes = double __attribute__((vector_size(8 * kStepLanes)));
-using StepIndexLanes = int32_t __attribute__((vector_size(4 * kStepLanes)));
-#else
-inline constexpr int32_t kStepLanes = 1;
-using StepLanes = double;
-using StepIndexLanes = int32_t;
-#endif
-static_assert(kStepChunk % kStepLanes == 0 && kShortestColumnChunk % kStepLanes == 0);
+// The lengths pass's lanes: kLengthLanes stretch steps, as doubles and as curve indices (a plain
+// double and int32_t for one lane).
+using StepLanes = std::conditional_t<kLengthLanes == 1, double,
+                                     double __attribute__((vector_size(8 * kLengthLanes)))>;
+using StepIndexLanes = std::conditional_t<kLengthLanes == 1, int32_t,
+                                          int32_t __attribute__((vector_size(4 * kLengthLanes)))>;
+static_assert(kStepChunk % kLengthLanes == 0 && kShortestColumnChunk % kLengthLanes == 0);
 
-// Lane j of `lanes`, and the truncations of curve positions lane by lane.
-#if defined(__AVX2__)
+// Lane j of `lanes`.
 template <typename Lanes>
 [[gnu::always_inline]] inline auto LaneOf(const Lanes& lanes, int32_t j) {
-  return lanes[j];
+  if constexpr (std::is_arithmetic_v<Lanes>) {
+    return lanes;
+  } else {
+    return lanes[j];
+  }
 }
-[[gnu::always_inline]] inline StepIndexLanes TruncateCurvePositions(StepLanes position) {
-  return __builtin_convertvector(position, StepIndexLanes);
-}
-#else
+
+// The truncations of curve positions, lane by lane.
 template <typename Lanes>
-[[gnu::always_inline]] inline Lanes LaneOf(Lanes lanes, int32_t) {
-  return lanes;
+[[gnu::always_inline]] inline StepIndexLanes TruncateCurvePositions(Lanes position) {
+  if constexpr (std::is_arithmetic_v<Lanes>) {
+    return static_cast<StepIndexLanes>(position);
+  } else {
+    return __builtin_convertvector(position, StepIndexLanes);
+  }
 }
-[[gnu::always_inline]] inline StepIndexLanes TruncateCurvePositions(StepLanes position) {
-  return static_cast<int32_t>(position);
-}
-#endif
 
 // The lanes {lane(0), lane(1), ...}, put together in registers.
 template <typename Lane>
@@ -58,7 +53,7 @@ template <typename Lane>
   return [&]<int32_t... J>(std::integer_sequence<int32_t, J...>) {
     return StepLanes{lane(J)...};
   }
-  (std::make_integer_sequence<int32_t, kStepLanes>());
+  (std::make_integer_sequence<int32_t, kLengthLanes>());
 }
 
 // One line of the stretch, worked through in three passes per chunk of steps. Begin sets the
@@ -118,9 +113,9 @@ class LineStretcher {
     return false;
   }
 
-  // The stretch lengths of the next `steps` steps (a multiple of kStepLanes), kStride apart (a
+  // The stretch lengths of the next `steps` steps (a multiple of kLengthLanes), kStride apart (a
   // chunk may run past the end of the line; the steps after it are never used). Steps are
-  // measured kStepLanes at a time, one per lane.
+  // measured kLengthLanes at a time, one per lane.
   template <int32_t kStride>
   [[gnu::always_inline]] void Lengths(double* lengths, int32_t steps) {
     // Local copies, as in Values: a store of a length could otherwise change the members.
@@ -129,11 +124,11 @@ class LineStretcher {
     const double distributionPixels = static_cast<double>(call_.distributionPixels);
     const StepLanes laneNumbers = LanesOf([](int32_t j) { return static_cast<double>(j); });
     WithDistributionMode(call_.distributionMode, [&](auto mode) {
-      for (int32_t k = 0; k < steps; k += kStepLanes) {
+      for (int32_t k = 0; k < steps; k += kLengthLanes) {
         const StepLanes step = laneNumbers + static_cast<double>(first + k);
         const StepLanes stretch = GuardStretchLength(ApplyDistribution<decltype(mode)::value>(
             CurveStretches(intensity), step, distributionPixels));
-        for (int32_t j = 0; j < kStepLanes; ++j)
+        for (int32_t j = 0; j < kLengthLanes; ++j)
           lengths[(k + j) * kStride] = LaneOf(stretch, j);
       }
     });
@@ -208,7 +203,7 @@ class LineStretcher {
 
  private:
   // The curve's stretch lengths at the intensities this variant measures from the next
-  // kStepLanes pixels of `intensity`, one per lane.
+  // kLengthLanes pixels of `intensity`, one per lane.
   [[gnu::always_inline]] StepLanes CurveStretches(IntensitySource& intensity) const {
     if constexpr (Depth == PixelDepth::Depth8) {
       // Pixel by pixel: most come from the opaque table, which leaves no arithmetic to share.
@@ -219,26 +214,40 @@ class LineStretcher {
       });
     } else {
       // Each channel of every pixel in the lanes, in double.
-      struct Read {
-        StepLanes value[4];
-        StepLanes Single(int c) const { return DepthTraits<Depth>::SingleOf(value[c]); }
-        StepLanes Luma() const {
-          return DepthTraits<Depth>::LumaOf(value[kGreen], value[kRed], value[kBlue]);
-        }
-        StepLanes Value(int c) const { return value[c]; }
-      };
-      const Channel* pixels[kStepLanes];
-      for (int32_t j = 0; j < kStepLanes; ++j) {
+      const Channel* pixels[kLengthLanes];
+      for (int32_t j = 0; j < kLengthLanes; ++j) {
         pixels[j] = intensity.Pixel();
         intensity.Advance();
       }
-      const auto channel = [&](int c) {
-        return LanesOf([&](int32_t j) { return static_cast<double>(pixels[j][c]); });
-      };
-      const Read read{{channel(0), channel(1), channel(2), channel(3)}};
+      const ChannelValues<Depth, StepLanes> read = ChannelLanes(pixels);
       const StepIndexLanes index =
           TruncateCurvePositions(CurvePosition(MeasureIntensityWith<Depth, Variant>(read)));
       return LanesOf([&](int32_t j) { return call_.curve[LaneOf(index, j)]; });
+    }
+  }
+
+  // Channel c of pixels[j] in lane j of value[c]. With four lanes each pixel is loaded whole and
+  // the four are transposed.
+  [[gnu::always_inline]] static ChannelValues<Depth, StepLanes> ChannelLanes(
+      const Channel* const* pixels) {
+    if constexpr (kLengthLanes == 4 && kPartLanes == 4) {
+      const auto p0 = LoadQuad<Depth>(pixels[0]).part[0];
+      const auto p1 = LoadQuad<Depth>(pixels[1]).part[0];
+      const auto p2 = LoadQuad<Depth>(pixels[2]).part[0];
+      const auto p3 = LoadQuad<Depth>(pixels[3]).part[0];
+      const auto even01 = __builtin_shufflevector(p0, p1, 0, 4, 2, 6);
+      const auto odd01 = __builtin_shufflevector(p0, p1, 1, 5, 3, 7);
+      const auto even23 = __builtin_shufflevector(p2, p3, 0, 4, 2, 6);
+      const auto odd23 = __builtin_shufflevector(p2, p3, 1, 5, 3, 7);
+      return {{__builtin_shufflevector(even01, even23, 0, 1, 4, 5),
+               __builtin_shufflevector(odd01, odd23, 0, 1, 4, 5),
+               __builtin_shufflevector(even01, even23, 2, 3, 6, 7),
+               __builtin_shufflevector(odd01, odd23, 2, 3, 6, 7)}};
+    } else {
+      const auto channel = [&](int c) {
+        return LanesOf([&](int32_t j) { return static_cast<double>(pixels[j][c]); });
+      };
+      return {{channel(0), channel(1), channel(2), channel(3)}};
     }
   }
 

@@ -57,15 +57,6 @@ struct DepthTraits<PixelDepth::Depth8> {
   static double Luma(const Channel* p) {
     return detail::kSumOver765.values[int{p[kGreen]} + int{p[kRed]} + int{p[kBlue]}];
   }
-  // The same quotients as formulas, for channel values already in double (one, or lanes).
-  template <typename T>
-  static T SingleOf(T c) {
-    return c / 255.0;
-  }
-  template <typename T>
-  static T LumaOf(T g, T r, T b) {
-    return (g + r + b) / 765.0;
-  }
   template <typename T>
   static T WeightByAlphaOf(T v, T a) {
     return a < 255.0 ? (a * v) / 255.0 : v;
@@ -83,7 +74,7 @@ struct DepthTraits<PixelDepth::Depth8> {
 template <>
 struct DepthTraits<PixelDepth::Depth16> {
   using Channel = uint16_t;
-  // Formulas on channel values already in double: one, or lanes of several pixels'.
+  // Formulas on channel values in double: one, or lanes of several pixels'.
   template <typename T>
   static T SingleOf(T c) {
     return c * 3.0517578125e-5;
@@ -95,11 +86,6 @@ struct DepthTraits<PixelDepth::Depth16> {
   template <typename T>
   static T WeightByAlphaOf(T v, T a) {
     return a < 32768.0 ? (a * v) * 3.0517578125e-5 : v;
-  }
-  static double Single(Channel c) { return SingleOf(static_cast<double>(c)); }
-  static double Luma(const Channel* p) {
-    return LumaOf(static_cast<double>(p[kGreen]), static_cast<double>(p[kRed]),
-                  static_cast<double>(p[kBlue]));
   }
   static double WeightByAlpha(double v, Channel a) {
     return WeightByAlphaOf(v, static_cast<double>(a));
@@ -113,7 +99,7 @@ struct DepthTraits<PixelDepth::Depth16> {
 template <>
 struct DepthTraits<PixelDepth::Depth32f> {
   using Channel = float;
-  // Formulas on channel values already in double: one, or lanes of several pixels'.
+  // Formulas on channel values in double: one, or lanes of several pixels'.
   template <typename T>
   static T SingleOf(T c) {
     return c;
@@ -125,11 +111,6 @@ struct DepthTraits<PixelDepth::Depth32f> {
   template <typename T>
   static T WeightByAlphaOf(T v, T a) {
     return a < 1.0 ? v * a : v;
-  }
-  static double Single(Channel c) { return SingleOf(static_cast<double>(c)); }
-  static double Luma(const Channel* p) {
-    return LumaOf(static_cast<double>(p[kGreen]), static_cast<double>(p[kRed]),
-                  static_cast<double>(p[kBlue]));
   }
   static double WeightByAlpha(double v, Channel a) {
     return WeightByAlphaOf(v, static_cast<double>(a));
@@ -198,17 +179,40 @@ template <PixelDepth Depth, ChannelVariant Variant, typename Reader>
   }
 }
 
+// The four channels of one pixel (T = double) or of lanes of several pixels, in double, read
+// through the depth's formulas (16 bits and 32-bit float).
+template <PixelDepth Depth, typename T>
+struct ChannelValues {
+  T value[4];
+  [[gnu::always_inline]] T Single(int c) const { return DepthTraits<Depth>::SingleOf(value[c]); }
+  [[gnu::always_inline]] T Luma() const {
+    return DepthTraits<Depth>::LumaOf(value[kGreen], value[kRed], value[kBlue]);
+  }
+  [[gnu::always_inline]] T Value(int c) const { return value[c]; }
+};
+
+// One 8-bit pixel read through the depth's quotient tables.
+struct TabledPixel8 {
+  const uint8_t* pixel;
+  [[gnu::always_inline]] double Single(int c) const {
+    return DepthTraits<PixelDepth::Depth8>::Single(pixel[c]);
+  }
+  [[gnu::always_inline]] double Luma() const {
+    return DepthTraits<PixelDepth::Depth8>::Luma(pixel);
+  }
+  [[gnu::always_inline]] double Value(int c) const { return static_cast<double>(pixel[c]); }
+};
+
 // The intensity a variant measures from one intensity pixel, in double precision.
 template <PixelDepth Depth, ChannelVariant Variant>
 [[gnu::always_inline]] inline double MeasureIntensity(const ChannelType<Depth>* pixel) {
-  using Traits = DepthTraits<Depth>;
-  struct Read {
-    const ChannelType<Depth>* pixel;
-    double Single(int c) const { return Traits::Single(pixel[c]); }
-    double Luma() const { return Traits::Luma(pixel); }
-    double Value(int c) const { return static_cast<double>(pixel[c]); }
-  };
-  return MeasureIntensityWith<Depth, Variant>(Read{pixel});
+  if constexpr (Depth == PixelDepth::Depth8) {
+    return MeasureIntensityWith<Depth, Variant>(TabledPixel8{pixel});
+  } else {
+    return MeasureIntensityWith<Depth, Variant>(ChannelValues<Depth, double>{
+        {static_cast<double>(pixel[0]), static_cast<double>(pixel[1]),
+         static_cast<double>(pixel[2]), static_cast<double>(pixel[3])}});
+  }
 }
 
 // clamp(v, 0, 1) * 1023, NaN counting as 0, for one intensity or lanes of them; its truncation
