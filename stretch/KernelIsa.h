@@ -12,6 +12,7 @@
 #endif
 
 #include <cstdint>
+#include <utility>
 
 namespace morvane {
 inline namespace MORVANE_ISA {
@@ -29,6 +30,17 @@ inline constexpr int32_t kRegisterDoubles = 1;
 // four with AVX2. With two lanes to a register (SSE2) putting the lanes together costs more than
 // they save, and the steps are measured one at a time.
 inline constexpr int32_t kLengthLanes = kRegisterDoubles >= 4 ? kRegisterDoubles : 1;
+
+// The vector {lane(0), lane(1), ...} of type Lanes (a plain number: lane(0)), put together in
+// registers.
+template <typename Lanes, typename Lane>
+[[gnu::always_inline]] inline Lanes LanesOf(Lane lane) {
+  constexpr int32_t kCount = static_cast<int32_t>(sizeof(Lanes) / sizeof(lane(0)));
+  return [&]<int32_t... J>(std::integer_sequence<int32_t, J...>) {
+    return Lanes{lane(J)...};
+  }
+  (std::make_integer_sequence<int32_t, kCount>());
+}
 
 }  // namespace MORVANE_ISA
 }  // namespace morvane

@@ -47,15 +47,6 @@ template <typename Lanes>
   }
 }
 
-// The lanes {lane(0), lane(1), ...}, put together in registers.
-template <typename Lane>
-[[gnu::always_inline]] inline StepLanes LanesOf(Lane lane) {
-  return [&]<int32_t... J>(std::integer_sequence<int32_t, J...>) {
-    return StepLanes{lane(J)...};
-  }
-  (std::make_integer_sequence<int32_t, kLengthLanes>());
-}
-
 // One line of the stretch, worked through in three passes per chunk of steps. Begin sets the
 // line up and copies its start offset; Lengths measures the intensities of the next steps and
 // turns them into stretch lengths; the position pass (the caller's, which runs the lines of a
@@ -122,7 +113,8 @@ class LineStretcher {
     IntensitySource intensity = intensity_;
     const int64_t first = step_;
     const double distributionPixels = static_cast<double>(call_.distributionPixels);
-    const StepLanes laneNumbers = LanesOf([](int32_t j) { return static_cast<double>(j); });
+    const StepLanes laneNumbers =
+        LanesOf<StepLanes>([](int32_t j) { return static_cast<double>(j); });
     WithDistributionMode(call_.distributionMode, [&](auto mode) {
       for (int32_t k = 0; k < steps; k += kLengthLanes) {
         const StepLanes step = laneNumbers + static_cast<double>(first + k);
@@ -207,7 +199,7 @@ class LineStretcher {
   [[gnu::always_inline]] StepLanes CurveStretches(IntensitySource& intensity) const {
     if constexpr (Depth == PixelDepth::Depth8) {
       // Pixel by pixel: most come from the opaque table, which leaves no arithmetic to share.
-      return LanesOf([&](int32_t) {
+      return LanesOf<StepLanes>([&](int32_t) {
         const double stretch = CurveStretch(intensity.Pixel());
         intensity.Advance();
         return stretch;
@@ -222,7 +214,7 @@ class LineStretcher {
       const ChannelValues<Depth, StepLanes> read = ChannelLanes(pixels);
       const StepIndexLanes index =
           TruncateCurvePositions(CurvePosition(MeasureIntensityWith<Depth, Variant>(read)));
-      return LanesOf([&](int32_t j) { return call_.curve[LaneOf(index, j)]; });
+      return LanesOf<StepLanes>([&](int32_t j) { return call_.curve[LaneOf(index, j)]; });
     }
   }
 
@@ -245,7 +237,7 @@ class LineStretcher {
                __builtin_shufflevector(odd01, odd23, 2, 3, 6, 7)}};
     } else {
       const auto channel = [&](int c) {
-        return LanesOf([&](int32_t j) { return static_cast<double>(pixels[j][c]); });
+        return LanesOf<StepLanes>([&](int32_t j) { return static_cast<double>(pixels[j][c]); });
       };
       return {{channel(0), channel(1), channel(2), channel(3)}};
     }

@@ -78,6 +78,83 @@ struct LockstepLines {
   bool active[kLockstepLines] = {};
 };
 
+// The start of a step in every lane: the line position's whole part, the part f of the current
+// output pixel already filled (cut to 7 decimals), u0 = 1 - f and rest = S - u0.
+struct LaneStepStart {
+  LineLanes whole, f, u0, rest;
+};
+[[gnu::always_inline]] inline LaneStepStart StartLaneSteps(LineLanes position, LineLanes length) {
+  const LineLanes whole = TruncateLanes(position);
+  const LineLanes f = TenMillionths(TruncateLanes((position - whole) * 10000000.0));
+  const LineLanes u0 = 1.0 - f;
+  return {whole, f, u0, length - u0};
+}
+
+// Where the steps of a register of lines end, and the output pixels they write.
+struct LaneStepEnd {
+  LineLanes next;
+  LineLanes written;
+};
+
+// The steps of `spanning` lanes, longer spans: they write whole output pixels while one more fits
+// (the same additions as LinePosition::Step), then carry the rest; a remainder written at once
+// adds one pixel. A lane stops counting once its line would fill: that step is taken alone.
+// Other lanes keep `others`. Rare, and kept out of line so that the common step keeps its
+// values in registers.
+[[gnu::cold, gnu::noinline]] inline LaneStepEnd LongerSpanSteps(LineMask spanning,
+                                                                LineLanes position,
+                                                                LineLanes length,
+                                                                LineLanes roomBefore,
+                                                                LaneStepEnd others) {
+  const LineLanes one = LineLanes{} + 1.0;
+  const LaneStepStart start = StartLaneSteps(position, length);
+  const LineMask wholePixels = spanning & (start.rest >= 1.0);
+  LineLanes consumed = start.u0;
+  LineLanes end = start.whole + 1.0;
+  LineLanes more = LineLanes{};
+  for (LineMask counting = wholePixels & (consumed + 1.0 <= length) & (one < roomBefore);
+       LaneBits(counting) != 0;
+       counting = counting & (consumed + 1.0 <= length) & (one + more < roomBefore)) {
+    consumed = counting ? consumed + 1.0 : consumed;
+    end = counting ? end + 1.0 : end;
+    more = more + KeepLanes(counting, one);
+  }
+  end = (wholePixels & (length > consumed)) ? end + (length - consumed) : end;
+  const LineMask atOnce = spanning & ~wholePixels;
+  return {spanning ? (atOnce ? end + 1.0 : end) : others.next,
+          spanning ? one + (atOnce ? one : more) : others.written};
+}
+
+// The position state of a register of lines.
+struct LaneLines {
+  LineLanes position;
+  LineLanes room;
+  LineMask running;
+};
+
+// The steps of the lanes in `lanes` (bit i for lane i) of `after`, each of which fills its line
+// or comes close: taken again one at a time through LinePosition::Step from `before`. A lane
+// whose line fills stops running, keeps its position and records its step count, k + 1, in
+// `counts`. Rare, and kept out of line.
+[[gnu::cold, gnu::noinline]] inline LaneLines FillingSteps(int32_t lanes, LaneLines before,
+                                                           LineLanes length, LaneLines after,
+                                                           int32_t k, int32_t* counts) {
+  for (int32_t bits = lanes; bits != 0; bits &= bits - 1) {
+    const int32_t l = __builtin_ctz(static_cast<unsigned>(bits));
+    LinePosition scalar(before.position[l]);
+    auto left = static_cast<int32_t>(before.room[l]);
+    if (scalar.Step(length[l], left)) {
+      after.running[l] = 0;
+      counts[l] = k + 1;
+      after.position[l] = before.position[l];
+    } else {
+      after.position[l] = scalar.linePosition();
+      after.room[l] = left;
+    }
+  }
+  return after;
+}
+
 // Runs `steps` position steps of every active line: step k of line i takes its length from
 // plans.length and writes its plan (as LinePosition::Step decides it) to the other fields of
 // `plans`, both at [k * kLockstepLines + i]. counts[i] becomes the steps the line took, fewer
@@ -90,14 +167,14 @@ struct LockstepLines {
   LineLanes room[kLineVectors];
   LineMask running[kLineVectors];
   for (int32_t v = 0; v < kLineVectors; ++v) {
-    for (int32_t l = 0; l < kLineLanes; ++l) {
-      const int32_t line = v * kLineLanes + l;
-      position[v][l] = lines.position[line];
-      room[v][l] = lines.room[line];
-      running[v][l] = lines.active[line] ? -1 : 0;
-      counts[line] = lines.active[line] ? steps : 0;
-    }
+    const int32_t first = v * kLineLanes;
+    position[v] = LanesOf<LineLanes>([&](int32_t l) { return lines.position[first + l]; });
+    room[v] = LanesOf<LineLanes>([&](int32_t l) { return lines.room[first + l]; });
+    running[v] =
+        LanesOf<LineMask>([&](int32_t l) { return MaskWord{lines.active[first + l] ? -1 : 0}; });
   }
+  for (int32_t line = 0; line < kLockstepLines; ++line)
+    counts[line] = lines.active[line] ? steps : 0;
   const LineLanes one = LineLanes{} + 1.0;
   for (int32_t k = 0; k < steps; ++k) {
 #pragma GCC unroll 4
@@ -107,11 +184,8 @@ struct LockstepLines {
       __builtin_memcpy(&length, plans.length + at, sizeof length);
       const LineLanes before = position[v];
       const LineLanes roomBefore = room[v];
-      const LineLanes whole = TruncateLanes(before);
-      const LineLanes f = TenMillionths(TruncateLanes((before - whole) * 10000000.0));
+      const auto [whole, f, u0, rest] = StartLaneSteps(before, length);
       const LineMask inside = (length + f) < 1.0;
-      const LineLanes u0 = 1.0 - f;
-      const LineLanes rest = length - u0;
       const LineMask shortSpan = (length <= 2.0) & ~((rest >= kWrittenAtOnce) & (1.0 > rest));
       const LineLanes u1 = u0 + 1.0;
       const LineMask reach = (rest >= 1.0) & (u1 <= length);
@@ -127,45 +201,21 @@ struct LockstepLines {
       __builtin_memcpy(plans.reach + at, &reach, sizeof reach);
       __builtin_memcpy(plans.carried + at, &carried, sizeof carried);
       const LineLanes spanEnd = ((whole + 1.0) + KeepLanes(reach, one)) + tail;
-      LineLanes next = inside ? before + length : spanEnd;
-      LineLanes written = KeepLanes(~inside, one + KeepLanes(reach, one));
+      LaneStepEnd end{inside ? before + length : spanEnd,
+                      KeepLanes(~inside, one + KeepLanes(reach, one))};
       const LineMask spanning = running[v] & ~inside & ~shortSpan;
-      if (LaneBits(spanning) != 0) {
-        // A longer span writes whole output pixels while one more fits (the same additions as
-        // LinePosition::Step), then carries the rest; a remainder written at once adds one
-        // pixel. A lane stops counting once its line would fill: that step is taken alone.
-        const LineMask wholePixels = spanning & (rest >= 1.0);
-        LineLanes consumed = u0;
-        LineLanes end = whole + 1.0;
-        LineLanes more = LineLanes{};
-        for (LineMask counting = wholePixels & (consumed + 1.0 <= length) & (one < roomBefore);
-             LaneBits(counting) != 0;
-             counting = counting & (consumed + 1.0 <= length) & (one + more < roomBefore)) {
-          consumed = counting ? consumed + 1.0 : consumed;
-          end = counting ? end + 1.0 : end;
-          more = more + KeepLanes(counting, one);
-        }
-        end = (wholePixels & (length > consumed)) ? end + (length - consumed) : end;
-        const LineMask atOnce = spanning & ~wholePixels;
-        next = spanning ? (atOnce ? end + 1.0 : end) : next;
-        written = spanning ? one + (atOnce ? one : more) : written;
-      }
-      const LineLanes roomAfter = roomBefore - written;
-      position[v] = running[v] ? next : before;
+      if (LaneBits(spanning) != 0) end = LongerSpanSteps(spanning, before, length, roomBefore, end);
+      const LineLanes roomAfter = roomBefore - end.written;
+      position[v] = running[v] ? end.next : before;
       room[v] = running[v] ? roomAfter : roomBefore;
-      const LineMask alone = running[v] & ~inside & (roomAfter <= 0.0);
-      for (int32_t bits = LaneBits(alone); bits != 0; bits &= bits - 1) {
-        const int32_t l = __builtin_ctz(static_cast<unsigned>(bits));
-        LinePosition scalar(before[l]);
-        auto left = static_cast<int32_t>(roomBefore[l]);
-        if (scalar.Step(length[l], left)) {
-          running[v][l] = 0;
-          counts[v * kLineLanes + l] = k + 1;
-          position[v][l] = before[l];
-        } else {
-          position[v][l] = scalar.linePosition();
-          room[v][l] = left;
-        }
+      const int32_t alone = LaneBits(running[v] & ~inside & (roomAfter <= 0.0));
+      if (alone != 0) {
+        const LaneLines filled =
+            FillingSteps(alone, {before, roomBefore, running[v]}, length,
+                         {position[v], room[v], running[v]}, k, counts + v * kLineLanes);
+        position[v] = filled.position;
+        room[v] = filled.room;
+        running[v] = filled.running;
       }
     }
   }
