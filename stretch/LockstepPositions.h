@@ -99,13 +99,10 @@ struct LaneStepEnd {
 // The steps of `spanning` lanes, longer spans: they write whole output pixels while one more fits
 // (the same additions as LinePosition::Step), then carry the rest; a remainder written at once
 // adds one pixel. A lane stops counting once its line would fill: that step is taken alone.
-// Other lanes keep `others`. Rare, and kept out of line so that the common step keeps its
-// values in registers.
-[[gnu::cold, gnu::noinline]] inline LaneStepEnd LongerSpanSteps(LineMask spanning,
-                                                                LineLanes position,
-                                                                LineLanes length,
-                                                                LineLanes roomBefore,
-                                                                LaneStepEnd others) {
+// Other lanes keep `others`. Rare at the default controls, common with long stretches.
+[[gnu::always_inline]] inline LaneStepEnd LongerSpanSteps(LineMask spanning, LineLanes position,
+                                                          LineLanes length, LineLanes roomBefore,
+                                                          LaneStepEnd others) {
   const LineLanes one = LineLanes{} + 1.0;
   const LaneStepStart start = StartLaneSteps(position, length);
   const LineMask wholePixels = spanning & (start.rest >= 1.0);
