@@ -7,6 +7,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 #include "stretch/StretchMath.h"
@@ -103,6 +104,9 @@ inline double EdgeFade(int32_t length, int32_t feather, int64_t position) {
   return 1.0;
 }
 
+// How a walker's resolved index moved on one step.
+enum class IndexMove { Stay, Forward, Back, ToFirst };
+
 // A whole line position walking forward one pixel per step, for one edge mode.
 template <EdgeMode Mode>
 class LinePositionWalker {
@@ -129,16 +133,29 @@ class LinePositionWalker {
     }
   }
 
-  [[gnu::always_inline]] void Advance() {
+  // One step on; returns how Index() moved.
+  [[gnu::always_inline]] IndexMove Advance() {
     if constexpr (Mode == EdgeMode::RepeatLast) {
-      if (state_ < length_ - 1) ++state_;
+      if (state_ < length_ - 1) {
+        ++state_;
+        return IndexMove::Forward;
+      }
+      return IndexMove::Stay;
     } else if constexpr (Mode == EdgeMode::Mirror) {
-      if (++state_ == period_) state_ = 0;
+      if (++state_ == period_) {
+        state_ = 0;
+        return IndexMove::ToFirst;
+      }
+      return state_ <= length_ - 1 ? IndexMove::Forward : IndexMove::Back;
     } else {
-      if (++state_ == length_) state_ = 0;
       if constexpr (Mode == EdgeMode::Transparent) {
         if (clamped_ < length_) ++clamped_;
       }
+      if (++state_ == length_) {
+        state_ = 0;
+        return IndexMove::ToFirst;
+      }
+      return IndexMove::Forward;
     }
   }
 
@@ -157,6 +174,42 @@ class LinePositionWalker {
   int64_t period_ = 1;
   int64_t state_ = 0;    // position mod period, or the position held at L - 1 (RepeatLast)
   int64_t clamped_ = 0;  // min(position, L): all the fade needs (Transparent)
+};
+
+// The pixel a LinePositionWalker reads on a line whose pixels are `step` apart, kept as a pointer
+// that moves with the index, so that no step multiplies an index by the pixel step.
+template <EdgeMode Mode, typename Channel>
+class LinePixelWalker {
+ public:
+  LinePixelWalker() = default;
+  [[gnu::always_inline]] LinePixelWalker(const Channel* line, std::ptrdiff_t step,
+                                         LinePositionWalker<Mode> position)
+      : position_(position), line_(line), pixel_(line + position.Index() * step), step_(step) {}
+
+  [[gnu::always_inline]] const Channel* Pixel() const { return pixel_; }
+  [[gnu::always_inline]] double Fade(int32_t feather) const { return position_.Fade(feather); }
+
+  [[gnu::always_inline]] void Advance() {
+    switch (position_.Advance()) {
+      case IndexMove::Stay:
+        break;
+      case IndexMove::Forward:
+        pixel_ += step_;
+        break;
+      case IndexMove::Back:
+        pixel_ -= step_;
+        break;
+      case IndexMove::ToFirst:
+        pixel_ = line_;
+        break;
+    }
+  }
+
+ private:
+  LinePositionWalker<Mode> position_;
+  const Channel* line_ = nullptr;
+  const Channel* pixel_ = nullptr;
+  std::ptrdiff_t step_ = 0;
 };
 
 // A fixed-point intensity-layer position walking forward by a fixed step, for one edge mode.

@@ -26,15 +26,13 @@ class SelfIntensitySource {
   SelfIntensitySource() = default;
   SelfIntensitySource(const StretchCall& call, const KernelImages<Channel>&, const Channel* line,
                       std::ptrdiff_t pixelStep, int32_t)
-      : line_(line), step_(pixelStep), walker_(call.length, call.intensityStart) {}
+      : walker_(line, pixelStep, LinePositionWalker<kMode>(call.length, call.intensityStart)) {}
 
-  [[gnu::always_inline]] const Channel* Pixel() const { return line_ + walker_.Index() * step_; }
+  [[gnu::always_inline]] const Channel* Pixel() const { return walker_.Pixel(); }
   [[gnu::always_inline]] void Advance() { walker_.Advance(); }
 
  private:
-  const Channel* line_ = nullptr;
-  std::ptrdiff_t step_ = 0;
-  LinePositionWalker<kMode> walker_;
+  LinePixelWalker<kMode, Channel> walker_;
 };
 
 // Intensity read from the layer line that corresponds to an image line, at a fixed-point

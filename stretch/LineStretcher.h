@@ -59,6 +59,7 @@ class LineStretcher {
  public:
   using Channel = ChannelType<Depth>;
   using Value = ResampledValue<Variant>;
+  using ColourWalker = LinePixelWalker<Mode, Channel>;
   using IntensitySource =
       std::conditional_t<Origin == IntensityOrigin::LayerIntensity,
                          LayerIntensitySource<Channel, Mode>, SelfIntensitySource<Channel, Mode>>;
@@ -75,17 +76,18 @@ class LineStretcher {
   bool Begin(int32_t line, LinePosition& position, int32_t& room) {
     const int32_t length = call_.length;
     const int32_t feather = call_.featherLength;
-    source_ = images_.src + in_.first + std::ptrdiff_t{line} * in_.lineStep;
+    const Channel* const source = images_.src + in_.first + std::ptrdiff_t{line} * in_.lineStep;
     cursor_ = OutputCursor<Depth, Variant>(
         images_.dst + out_.first + std::ptrdiff_t{line} * out_.lineStep, out_.pixelStep, length);
-    LinePositionWalker<Mode> colour(length, call_.shift.colourStart);
-    intensity_ = IntensitySource(call_, images_, source_, in_.pixelStep, line);
+    ColourWalker colour(source, in_.pixelStep,
+                        LinePositionWalker<Mode>(length, call_.shift.colourStart));
+    intensity_ = IntensitySource(call_, images_, source, in_.pixelStep, line);
     resampler_.ResetLine();
 
     // Start-offset copy: unstretched, unshaded, alpha faded by the edge.
     const int32_t startCount = call_.startCount;
     for (int32_t i = 0; i < startCount; ++i) {
-      cursor_.Copy(Pixel(colour.Index()), colour.Fade(feather));
+      cursor_.Copy(colour.Pixel(), colour.Fade(feather));
       colour.Advance();
       intensity_.Advance();
       position.AdvanceCopied();
@@ -97,7 +99,7 @@ class LineStretcher {
     // and its fade are carried over instead of being read again.
     next_ = colour;
     next_.Advance();
-    current_ = LoadChannels<Depth, Variant>(Pixel(colour.Index()));
+    current_ = LoadChannels<Depth, Variant>(colour.Pixel());
     fadeCurrent_ = colour.Fade(feather);
     shade_ = ShadeWalker(call_.shading, call_.shift.imageShiftOffset);
     step_ = 0;
@@ -130,9 +132,9 @@ class LineStretcher {
       // Along columns every pixel is a row away from the last and the processor does not fetch
       // them ahead: ask for the pixels the value pass reads, which the lengths pass has not
       // read when the intensities come from another layer or another place on the line.
-      LinePositionWalker<Mode> colour = next_;
+      ColourWalker colour = next_;
       for (int32_t k = 0; k < steps; ++k) {
-        __builtin_prefetch(Pixel(colour.Index()));
+        __builtin_prefetch(colour.Pixel());
         colour.Advance();
       }
     }
@@ -146,18 +148,16 @@ class LineStretcher {
     // stored and loaded again around every output pixel.
     OutputCursor<Depth, Variant> cursor = cursor_;
     LineResampler<Value> resampler = resampler_;
-    LinePositionWalker<Mode> next = next_;
+    ColourWalker next = next_;
     Value current = current_;
     double fadeCurrent = fadeCurrent_;
     ShadeWalker shade = shade_;
-    const Channel* const source = source_;
-    const std::ptrdiff_t pixelStep = in_.pixelStep;
     const int32_t feather = call_.featherLength;
     const ShadingChannel shadingChannel = call_.shadingChannel;
 
     // One step into `sink`; true when it fills the line.
     const auto step = [&](int32_t k, auto& sink) {
-      const Value following = LoadChannels<Depth, Variant>(source + next.Index() * pixelStep);
+      const Value following = LoadChannels<Depth, Variant>(next.Pixel());
       const double length = plans.length[k * kLockstepLines + line];
       const PlannedStep plan(plans, k, line);
       bool filledLine;
@@ -256,20 +256,15 @@ class LineStretcher {
     return call_.curve[CurveIndex(MeasureIntensity<Depth, Variant>(pixel))];
   }
 
-  [[gnu::always_inline]] const Channel* Pixel(int32_t index) const {
-    return source_ + index * in_.pixelStep;
-  }
-
   const StretchCall& call_;
   const KernelImages<Channel>& images_;
   const LineLayout in_;
   const LineLayout out_;
 
-  const Channel* source_ = nullptr;
   OutputCursor<Depth, Variant> cursor_{nullptr, 0, 0};
   IntensitySource intensity_{};
   LineResampler<Value> resampler_;
-  LinePositionWalker<Mode> next_;
+  ColourWalker next_;
   Value current_{};
   double fadeCurrent_ = 1.0;
   ShadeWalker shade_{call_.shading, 0};

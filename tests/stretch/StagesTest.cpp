@@ -115,8 +115,12 @@ template <E Mode>
 void ExpectWalkersMatch(int32_t length) {
   for (int64_t start = 0; start <= 2 * length; ++start) {
     LinePositionWalker<Mode> walker(length, start);
-    for (int s = 0; s < 40; ++s, walker.Advance())
+    const std::vector<int> line(length);
+    LinePixelWalker<Mode, int> pixel(line.data(), 1, walker);
+    for (int s = 0; s < 40; ++s, walker.Advance(), pixel.Advance()) {
       ASSERT_EQ(walker.Index(), ResolveLinePosition(Mode, length, start + s)) << length;
+      ASSERT_EQ(pixel.Pixel() - line.data(), walker.Index()) << length << " start " << start;
+    }
   }
   for (const int64_t start :
        {int64_t{0}, int64_t{4095}, 4096 * int64_t{length} - 1, 4096 * 2 * int64_t{length} + 17})
