@@ -274,28 +274,30 @@ class OutputCursor {
     return Advance();
   }
 
-  int32_t remaining() const { return remaining_; }
-
   // The cursor for steps known not to fill the line: the same stores and moves, without a look
-  // at the line's end.
+  // at the line's end. It counts the pixels it moved on by once, when it is done.
   class Unbounded {
    public:
-    explicit Unbounded(OutputCursor& cursor) : cursor_(cursor) {}
+    explicit Unbounded(OutputCursor& cursor) : cursor_(cursor), start_(cursor.pixel_) {}
+    Unbounded(const Unbounded&) = delete;
+    Unbounded& operator=(const Unbounded&) = delete;
+    [[gnu::always_inline]] ~Unbounded() {
+      cursor_.remaining_ -= static_cast<int32_t>((cursor_.pixel_ - start_) / cursor_.step_);
+    }
     [[gnu::always_inline]] bool Emit(const Value& value) {
       cursor_.Put(value);
-      --cursor_.remaining_;
       cursor_.pixel_ += cursor_.step_;
       return false;
     }
     [[gnu::always_inline]] void Put(const Value& value) { cursor_.Put(value); }
     [[gnu::always_inline]] void SkipWhere(MaskWord where) {
-      cursor_.remaining_ += static_cast<int32_t>(where);
       cursor_.pixel_ += cursor_.step_ & where;
     }
     [[gnu::always_inline]] static bool Full() { return false; }
 
    private:
     OutputCursor& cursor_;
+    const Channel* const start_;
   };
 
  private:
