@@ -2,6 +2,7 @@
 // interpolation inside long spans, box filtering across short ones.
 #pragma once
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
@@ -240,7 +241,7 @@ class OutputCursor {
   using Value = ResampledValue<Variant>;
 
   OutputCursor(Channel* first, std::ptrdiff_t step, int32_t length)
-      : pixel_(first), step_(step), remaining_(length) {}
+      : pixel_(first), last_(first + std::ptrdiff_t{std::max(length, 1) - 1} * step), step_(step) {}
 
   [[gnu::always_inline]] bool Emit(const Value& value) {
     Put(value);
@@ -256,14 +257,15 @@ class OutputCursor {
     }
   }
 
-  // Moves on by one pixel where `where` is all ones (else stays); the move onto the line's end
-  // leaves the pointer on the last pixel, as Emit does. Arithmetic only, no branch.
+  // Moves on by one pixel where `where` is all ones (else stays); the move off the last pixel
+  // fills the line and leaves the pointer there, as Emit does. Arithmetic only, no branch.
   [[gnu::always_inline]] void SkipWhere(MaskWord where) {
-    remaining_ += static_cast<int32_t>(where);
-    pixel_ += step_ & where & -static_cast<std::ptrdiff_t>(remaining_ != 0);
+    const bool atLast = pixel_ == last_;
+    full_ = full_ || (where != 0 && atLast);
+    pixel_ += step_ & where & -static_cast<std::ptrdiff_t>(!atLast);
   }
 
-  [[gnu::always_inline]] bool Full() const { return remaining_ == 0; }
+  [[gnu::always_inline]] bool Full() const { return full_; }
 
   // The start-offset copy: the variant's channels of `source`, alpha times `alphaFactor`
   // (truncated at 8 and 16 bits), colour unchanged.
@@ -275,15 +277,10 @@ class OutputCursor {
   }
 
   // The cursor for steps known not to fill the line: the same stores and moves, without a look
-  // at the line's end. It counts the pixels it moved on by once, when it is done.
+  // at the line's end.
   class Unbounded {
    public:
-    explicit Unbounded(OutputCursor& cursor) : cursor_(cursor), start_(cursor.pixel_) {}
-    Unbounded(const Unbounded&) = delete;
-    Unbounded& operator=(const Unbounded&) = delete;
-    [[gnu::always_inline]] ~Unbounded() {
-      cursor_.remaining_ -= static_cast<int32_t>((cursor_.pixel_ - start_) / cursor_.step_);
-    }
+    explicit Unbounded(OutputCursor& cursor) : cursor_(cursor) {}
     [[gnu::always_inline]] bool Emit(const Value& value) {
       cursor_.Put(value);
       cursor_.pixel_ += cursor_.step_;
@@ -297,19 +294,22 @@ class OutputCursor {
 
    private:
     OutputCursor& cursor_;
-    const Channel* const start_;
   };
 
  private:
   [[gnu::always_inline]] bool Advance() {
-    if (--remaining_ == 0) return true;
+    if (pixel_ == last_) {
+      full_ = true;
+      return true;
+    }
     pixel_ += step_;
     return false;
   }
 
   Channel* pixel_;
+  Channel* last_;
   std::ptrdiff_t step_;
-  int32_t remaining_;
+  bool full_ = false;
 };
 
 }  // namespace MORVANE_ISA

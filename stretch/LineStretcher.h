@@ -180,11 +180,9 @@ class LineStretcher {
     };
     // Only a chunk's last step can fill the line: the position pass ends a line's chunk with the
     // step that fills it.
-    {
-      typename OutputCursor<Depth, Variant>::Unbounded inner(cursor);
-      for (int32_t k = 0; k + 1 < count; ++k)
-        step(k, inner);
-    }
+    typename OutputCursor<Depth, Variant>::Unbounded inner(cursor);
+    for (int32_t k = 0; k + 1 < count; ++k)
+      step(k, inner);
     const bool full = count > 0 && step(count - 1, cursor);
     cursor_ = cursor;
     resampler_ = resampler;
