@@ -37,13 +37,14 @@ template <typename Lanes>
   }
 }
 
-// The truncations of curve positions, lane by lane.
-template <typename Lanes>
-[[gnu::always_inline]] inline StepIndexLanes TruncateCurvePositions(Lanes position) {
+// The truncations of curve positions, lane by lane. (IndexLanes is a parameter so that the
+// conversion a one-lane build never takes is not checked there.)
+template <typename Lanes, typename IndexLanes = StepIndexLanes>
+[[gnu::always_inline]] inline IndexLanes TruncateCurvePositions(Lanes position) {
   if constexpr (std::is_arithmetic_v<Lanes>) {
-    return static_cast<StepIndexLanes>(position);
+    return static_cast<IndexLanes>(position);
   } else {
-    return __builtin_convertvector(position, StepIndexLanes);
+    return __builtin_convertvector(position, IndexLanes);
   }
 }
 
