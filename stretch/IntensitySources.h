@@ -47,7 +47,7 @@ class LayerIntensitySource {
   LayerIntensitySource(const StretchCall& call, const KernelImages<Channel>& images, const Channel*,
                        std::ptrdiff_t, int32_t line)
       : walker_(call.intensityLength, call.layer.alongStep, call.intensityStart) {
-    const bool rows = call.direction == Direction::Right || call.direction == Direction::Left;
+    const bool rows = !AlongColumns(call.direction);
     const bool forward = call.direction == Direction::Right || call.direction == Direction::Down;
     const int64_t crossOrigin = rows ? call.layer.originY : call.layer.originX;
     const int32_t crossExtent = rows ? images.layerHeight : images.layerWidth;

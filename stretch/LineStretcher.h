@@ -13,6 +13,7 @@
 #include "stretch/KernelIsa.h"
 #include "stretch/LineLayout.h"
 #include "stretch/LineResampler.h"
+#include "stretch/Prefetch.h"
 #include "stretch/StepMultipliers.h"
 #include "stretch/StepPlans.h"
 
@@ -69,7 +70,8 @@ class LineStretcher {
       : call_(call),
         images_(images),
         in_(ImageLineLayout(call.direction, images.srcStride, images.width, images.height)),
-        out_(ImageLineLayout(call.direction, images.dstStride, images.width, images.height)) {}
+        out_(ImageLineLayout(call.direction, images.dstStride, images.width, images.height)),
+        alongColumns_(AlongColumns(call.direction)) {}
 
   // Sets up `line` and copies its start offset, advancing `position` (reset for the line) by
   // the copied pixels. Returns true when the copy already fills the line; otherwise `room` is
@@ -129,7 +131,11 @@ class LineStretcher {
     });
     intensity_ = intensity;
     step_ = first + steps;
-    if (in_.pixelStep != 4 && in_.pixelStep != -4) {
+    if (!alongColumns_) {
+      // Along rows, the source of the chunks to come.
+      RequestRowAhead(next_.Pixel(), in_.pixelStep > 0 ? 1 : -1,
+                      steps * std::ptrdiff_t{4 * sizeof(Channel)});
+    } else {
       // Along columns every pixel is a row away from the last and the processor does not fetch
       // them ahead: ask for the pixels the value pass reads, which the lengths pass has not
       // read when the intensities come from another layer or another place on the line.
@@ -261,6 +267,7 @@ class LineStretcher {
   const KernelImages<Channel>& images_;
   const LineLayout in_;
   const LineLayout out_;
+  const bool alongColumns_;
 
   OutputCursor<Depth, Variant> cursor_{nullptr, 0, 0};
   IntensitySource intensity_{};

@@ -29,7 +29,7 @@ inline constexpr int32_t kShortestColumnChunk = 8;
 // The chunk for lines in `direction` of an image whose rows are `rowBytes` apart, for pixels of
 // `pixelBytes`.
 constexpr int32_t StepChunk(Direction direction, std::ptrdiff_t rowBytes, int32_t pixelBytes) {
-  if (direction != Direction::Down && direction != Direction::Up) return kStepChunk;
+  if (!AlongColumns(direction)) return kStepChunk;
   constexpr std::ptrdiff_t kLine = 64;
   constexpr std::ptrdiff_t kWay = 64 * kLine;
   constexpr std::ptrdiff_t kWays = 8;

@@ -19,6 +19,11 @@ constexpr Direction DirectionFromRecord(int32_t value) {
   return value >= 0 && value <= 3 ? static_cast<Direction>(value) : Direction::Right;
 }
 
+// Whether lines run down or up the image: each pixel of a line a row away from the last.
+constexpr bool AlongColumns(Direction direction) {
+  return direction == Direction::Down || direction == Direction::Up;
+}
+
 // Where the intensity layer is sampled: positions in layer pixels with 12 fraction bits.
 struct LayerGeometry {
   int32_t originX = 0;    // layer column of the output's left edge
