@@ -24,7 +24,7 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
   constexpr int32_t kLines = kLockstepLines;
   int32_t line = std::max(first, 0);
   const int32_t end = std::min(last, call.lineCount);
-  LockstepLines lanes;
+  LockstepLines lanes{};
 
   // Begins the next line that needs stretch steps in lane i; false when none is left.
   const auto beginNext = [&](Stretcher& s, int32_t i) {
@@ -32,8 +32,8 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
       LinePosition position;
       int32_t room = 0;
       if (!s.Begin(line++, position, room)) {
-        lanes.position[i] = position.linePosition();
-        lanes.room[i] = room;
+        lanes[i].position = position.linePosition();
+        lanes[i].room = room;
         return true;
       }
     }
@@ -50,23 +50,22 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
                 static_cast<int32_t>(4 * sizeof(Channel)));
   StepPlans plans;
   std::fill(std::begin(plans.length), std::end(plans.length), 1.0);
-  int32_t counts[kLines] = {};
   bool anyActive = false;
   for (int32_t i = 0; i < kLines; ++i) {
-    lanes.active[i] = beginNext(s[i], i);
-    anyActive = anyActive || lanes.active[i];
+    lanes[i].active = beginNext(s[i], i);
+    anyActive = anyActive || lanes[i].active;
   }
   while (anyActive) {
     for (int32_t i = 0; i < kLines; ++i) {
-      if (lanes.active[i]) s[i].template Lengths<kLines>(plans.length + i, chunk);
+      if (lanes[i].active) s[i].template Lengths<kLines>(plans.length + i, chunk);
     }
-    LockstepPositionSteps(lanes, plans, chunk, counts);
+    LockstepPositionSteps(lanes, plans, chunk);
     anyActive = false;
     for (int32_t i = 0; i < kLines; ++i) {
-      if (lanes.active[i] && s[i].Values(plans, i, counts[i])) {
-        lanes.active[i] = beginNext(s[i], i);
+      if (lanes[i].active && s[i].Values(plans, i, lanes[i].steps)) {
+        lanes[i].active = beginNext(s[i], i);
       }
-      anyActive = anyActive || lanes.active[i];
+      anyActive = anyActive || lanes[i].active;
     }
   }
 }

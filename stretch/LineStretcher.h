@@ -225,11 +225,11 @@ class LineStretcher {
     }
   }
 
-  // Channel c of pixels[j] in lane j of value[c]. With four lanes each pixel is loaded whole and
-  // the four are transposed.
+  // Channel c of pixels[j] in lane j of value[c]. Where a pixel's four channels load as one
+  // register of lanes, each pixel is loaded whole and the four are transposed.
   [[gnu::always_inline]] static ChannelValues<Depth, StepLanes> ChannelLanes(
       const Channel* const* pixels) {
-    if constexpr (kLengthLanes == 4 && kPartLanes == 4) {
+    if constexpr (std::is_same_v<StepLanes, QuadPart> && kQuadParts == 1) {
       const auto p0 = LoadQuad<Depth>(pixels[0]).part[0];
       const auto p1 = LoadQuad<Depth>(pixels[1]).part[0];
       const auto p2 = LoadQuad<Depth>(pixels[2]).part[0];

@@ -4,6 +4,7 @@
 // the common steps take no branch at all.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #if defined(__AVX2__)
@@ -70,13 +71,17 @@ constexpr MaskWord KindWord(StepKind kind) {
   return static_cast<MaskWord>(kind);
 }
 
-// The position state of kLockstepLines lines between chunks of steps: the position, the output
-// pixels left (a whole number) and whether the lane has a line.
-struct LockstepLines {
-  double position[kLockstepLines] = {};
-  double room[kLockstepLines] = {};
-  bool active[kLockstepLines] = {};
+// The position state of one lane's line between chunks of steps: its position, the output pixels
+// left (a whole number), whether the lane has a line, and the steps the line took in the last
+// chunk (fewer than the chunk when its output line filled, that step included; 0 for a lane
+// without a line).
+struct LockstepLine {
+  double position = 0.0;
+  double room = 0.0;
+  bool active = false;
+  int32_t steps = 0;
 };
+using LockstepLines = std::array<LockstepLine, kLockstepLines>;
 
 // The start of a step in every lane: the line position's whole part, the part f of the current
 // output pixel already filled (cut to 7 decimals), u0 = 1 - f and rest = S - u0.
@@ -96,15 +101,16 @@ struct LaneStepEnd {
   LineLanes written;
 };
 
-// The steps of `spanning` lanes, longer spans: they write whole output pixels while one more fits
-// (the same additions as LinePosition::Step), then carry the rest; a remainder written at once
-// adds one pixel. A lane stops counting once its line would fill: that step is taken alone.
-// Other lanes keep `others`. Rare at the default controls, common with long stretches.
-[[gnu::always_inline]] inline LaneStepEnd LongerSpanSteps(LineMask spanning, LineLanes position,
+// The steps of `spanning` lanes, longer spans, which begin at `start`: they write whole output
+// pixels while one more fits (the same additions as LinePosition::Step), then carry the rest; a
+// remainder written at once adds one pixel. A lane stops counting once its line would fill: that
+// step is taken alone. Other lanes keep `others`. Rare at the default controls, common with long
+// stretches.
+[[gnu::always_inline]] inline LaneStepEnd LongerSpanSteps(LineMask spanning,
+                                                          const LaneStepStart& start,
                                                           LineLanes length, LineLanes roomBefore,
                                                           LaneStepEnd others) {
   const LineLanes one = LineLanes{} + 1.0;
-  const LaneStepStart start = StartLaneSteps(position, length);
   const LineMask wholePixels = spanning & (start.rest >= 1.0);
   LineLanes consumed = start.u0;
   LineLanes end = start.whole + 1.0;
@@ -132,17 +138,17 @@ struct LaneLines {
 // The steps of the lanes in `lanes` (bit i for lane i) of `after`, each of which fills its line
 // or comes close: taken again one at a time through LinePosition::Step from `before`. A lane
 // whose line fills stops running, keeps its position and records its step count, k + 1, in
-// `counts`. Rare, and kept out of line.
+// `lines` (the register's first line). Rare, and kept out of line.
 [[gnu::cold, gnu::noinline]] inline LaneLines FillingSteps(int32_t lanes, LaneLines before,
                                                            LineLanes length, LaneLines after,
-                                                           int32_t k, int32_t* counts) {
+                                                           int32_t k, LockstepLine* lines) {
   for (int32_t bits = lanes; bits != 0; bits &= bits - 1) {
     const int32_t l = __builtin_ctz(static_cast<unsigned>(bits));
     LinePosition scalar(before.position[l]);
     auto left = static_cast<int32_t>(before.room[l]);
     if (scalar.Step(length[l], left)) {
       after.running[l] = 0;
-      counts[l] = k + 1;
+      lines[l].steps = k + 1;
       after.position[l] = before.position[l];
     } else {
       after.position[l] = scalar.linePosition();
@@ -154,24 +160,20 @@ struct LaneLines {
 
 // Runs `steps` position steps of every active line: step k of line i takes its length from
 // plans.length and writes its plan (as LinePosition::Step decides it) to the other fields of
-// `plans`, both at [k * kLockstepLines + i]. counts[i] becomes the steps the line took, fewer
-// than `steps` when its output line filled (that step included); 0 for an inactive lane. Every
+// `plans`, both at [k * kLockstepLines + i], and lines[i].steps becomes the steps it took. Every
 // step runs in the lanes; only the step that fills a line is taken alone, through
 // LinePosition::Step. A lane whose line filled is left as it was.
 [[gnu::always_inline]] inline void LockstepPositionSteps(LockstepLines& lines, StepPlans& plans,
-                                                         int32_t steps, int32_t* counts) {
-  LineLanes position[kLineVectors];
-  LineLanes room[kLineVectors];
-  LineMask running[kLineVectors];
+                                                         int32_t steps) {
+  LaneLines lanes[kLineVectors];
   for (int32_t v = 0; v < kLineVectors; ++v) {
-    const int32_t first = v * kLineLanes;
-    position[v] = LanesOf<LineLanes>([&](int32_t l) { return lines.position[first + l]; });
-    room[v] = LanesOf<LineLanes>([&](int32_t l) { return lines.room[first + l]; });
-    running[v] =
-        LanesOf<LineMask>([&](int32_t l) { return MaskWord{lines.active[first + l] ? -1 : 0}; });
+    const LockstepLine* first = &lines[v * kLineLanes];
+    lanes[v] = {LanesOf<LineLanes>([&](int32_t l) { return first[l].position; }),
+                LanesOf<LineLanes>([&](int32_t l) { return first[l].room; }),
+                LanesOf<LineMask>([&](int32_t l) { return MaskWord{first[l].active ? -1 : 0}; })};
   }
-  for (int32_t line = 0; line < kLockstepLines; ++line)
-    counts[line] = lines.active[line] ? steps : 0;
+  for (LockstepLine& line : lines)
+    line.steps = line.active ? steps : 0;
   const LineLanes one = LineLanes{} + 1.0;
   for (int32_t k = 0; k < steps; ++k) {
 #pragma GCC unroll 4
@@ -179,9 +181,11 @@ struct LaneLines {
       const int32_t at = k * kLockstepLines + v * kLineLanes;
       LineLanes length;
       __builtin_memcpy(&length, plans.length + at, sizeof length);
-      const LineLanes before = position[v];
-      const LineLanes roomBefore = room[v];
-      const auto [whole, f, u0, rest] = StartLaneSteps(before, length);
+      LaneLines& lane = lanes[v];
+      const LineLanes before = lane.position;
+      const LineLanes roomBefore = lane.room;
+      const LaneStepStart start = StartLaneSteps(before, length);
+      const auto [whole, f, u0, rest] = start;
       const LineMask inside = (length + f) < 1.0;
       const LineMask shortSpan = (length <= 2.0) & ~((rest >= kWrittenAtOnce) & (1.0 > rest));
       const LineLanes u1 = u0 + 1.0;
@@ -200,26 +204,20 @@ struct LaneLines {
       const LineLanes spanEnd = ((whole + 1.0) + KeepLanes(reach, one)) + tail;
       LaneStepEnd end{inside ? before + length : spanEnd,
                       KeepLanes(~inside, one + KeepLanes(reach, one))};
-      const LineMask spanning = running[v] & ~inside & ~shortSpan;
-      if (LaneBits(spanning) != 0) end = LongerSpanSteps(spanning, before, length, roomBefore, end);
+      const LineMask spanning = lane.running & ~inside & ~shortSpan;
+      if (LaneBits(spanning) != 0) end = LongerSpanSteps(spanning, start, length, roomBefore, end);
       const LineLanes roomAfter = roomBefore - end.written;
-      position[v] = running[v] ? end.next : before;
-      room[v] = running[v] ? roomAfter : roomBefore;
-      const int32_t alone = LaneBits(running[v] & ~inside & (roomAfter <= 0.0));
-      if (alone != 0) {
-        const LaneLines filled =
-            FillingSteps(alone, {before, roomBefore, running[v]}, length,
-                         {position[v], room[v], running[v]}, k, counts + v * kLineLanes);
-        position[v] = filled.position;
-        room[v] = filled.room;
-        running[v] = filled.running;
-      }
+      const LaneLines stepped{lane.running ? end.next : before,
+                              lane.running ? roomAfter : roomBefore, lane.running};
+      const int32_t alone = LaneBits(lane.running & ~inside & (roomAfter <= 0.0));
+      lane = alone == 0 ? stepped
+                        : FillingSteps(alone, lane, length, stepped, k, &lines[v * kLineLanes]);
     }
   }
   for (int32_t v = 0; v < kLineVectors; ++v) {
     for (int32_t l = 0; l < kLineLanes; ++l) {
-      lines.position[v * kLineLanes + l] = position[v][l];
-      lines.room[v * kLineLanes + l] = room[v][l];
+      lines[v * kLineLanes + l].position = lanes[v].position[l];
+      lines[v * kLineLanes + l].room = lanes[v].room[l];
     }
   }
 }
