@@ -99,14 +99,14 @@ using MaskWord = std::remove_cvref_t<decltype(LaneMask{}[0])>;
 [[gnu::always_inline]] inline DoublePair Broadcast(double x) {
   return DoublePair{x, x};
 }
-[[gnu::always_inline]] inline LaneMask MaskGreaterEqual(double a, double b) {
-  return Broadcast(a) >= Broadcast(b);
+// A number as lanes to compare (a comparison of two then yields a LaneMask), or a vector of
+// numbers as it is (compared lane by lane).
+[[gnu::always_inline]] inline DoublePair AsLanes(double x) {
+  return Broadcast(x);
 }
-[[gnu::always_inline]] inline LaneMask MaskLessEqual(double a, double b) {
-  return Broadcast(a) <= Broadcast(b);
-}
-[[gnu::always_inline]] inline LaneMask MaskGreater(double a, double b) {
-  return Broadcast(a) > Broadcast(b);
+template <typename Lanes>
+[[gnu::always_inline]] inline Lanes AsLanes(Lanes x) {
+  return x;
 }
 // 1 where the mask is set, else 0, as a number rather than a condition to branch on.
 [[gnu::always_inline]] inline int32_t MaskCount(LaneMask m) {

@@ -24,26 +24,36 @@ inline namespace MORVANE_ISA {
 // A remainder of at least this much (and below 1) is written out as a whole output pixel.
 inline constexpr double kWrittenAtOnce = 0.99999;
 
+// These decisions take numbers, or vectors of them one line per lane (the lockstep pass): the
+// masks are then lane by lane.
+
+// Whether the source pixel ends inside the current output pixel: S + f < 1.
+template <typename Number>
+[[gnu::always_inline]] inline auto EndsInside(Number length, Number f) {
+  return length + f < 1.0;
+}
+
 // A step of length at most 2 whose remainder is not written out at once (below 0.99999 or at
 // least 1): after its first output pixel it reaches at most one more whole output pixel, since
-// u0 + 1 <= S can hold but u0 + 2 <= S cannot (u0 = 1 - f is at least about 1e-7). (The
-// remainder test is one combined mask: two branches on it would be unpredictable.)
-[[gnu::always_inline]] inline bool IsShortSpan(double length, double rest) {
-  const bool writtenAtOnce =
-      MaskCount(MaskGreaterEqual(rest, kWrittenAtOnce) & MaskGreater(1.0, rest)) != 0;
-  return length <= 2.0 && !writtenAtOnce;
+// u0 + 1 <= S can hold but u0 + 2 <= S cannot (u0 = 1 - f is at least about 1e-7). A mask:
+// branches on its parts would be unpredictable.
+template <typename Number>
+[[gnu::always_inline]] inline auto ShortSpanMask(Number length, Number rest) {
+  const auto r = AsLanes(rest);
+  return (AsLanes(length) <= 2.0) & ~((r >= kWrittenAtOnce) & (1.0 > r));
 }
 
 // Whether a short span writes the interpolated pixel at u0 as a whole output pixel: rest >= 1
-// and u0 + 1 <= S.
-[[gnu::always_inline]] inline LaneMask ShortSpanReaches(double rest, double u1, double length) {
-  return MaskGreaterEqual(rest, 1.0) & MaskLessEqual(u1, length);
+// and u1 = u0 + 1 <= S.
+template <typename Number>
+[[gnu::always_inline]] inline auto ShortSpanReaches(Number rest, Number u1, Number length) {
+  return (AsLanes(rest) >= 1.0) & (AsLanes(u1) <= AsLanes(length));
 }
 
 // What a step does, as the position pass found it.
 enum class StepKind : MaskWord {
   Inside = 0,     // the source pixel ends inside the current output pixel
-  ShortSpan = 1,  // IsShortSpan
+  ShortSpan = 1,  // ShortSpanMask
   Longer = 2,     // every other step
 };
 
@@ -69,14 +79,14 @@ class LinePosition {
     // The line position is never negative, so its truncation is its whole part.
     const double whole = TruncateNonNegative(linePosition_);
     const double f = CutToSevenDecimals(linePosition_ - whole);
-    if (length + f < 1.0) {
+    if (EndsInside(length, f)) {
       linePosition_ += length;
       return false;
     }
     if (--room == 0) return true;
     const double u0 = 1.0 - f;
     const double rest = length - u0;
-    if (IsShortSpan(length, rest)) {
+    if (MaskCount(ShortSpanMask(length, rest)) != 0) {
       // With or without the interpolated pixel, then the part of the span carried on:
       // position = whole + 1 (+ 1) (+ S - u), u being u0 or u0 + 1, a part not above 0 adding
       // nothing; chosen by masks, so nothing here waits on a branch. Both candidate parts are

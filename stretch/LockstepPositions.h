@@ -186,10 +186,10 @@ struct LaneLines {
       const LineLanes roomBefore = lane.room;
       const LaneStepStart start = StartLaneSteps(before, length);
       const auto [whole, f, u0, rest] = start;
-      const LineMask inside = (length + f) < 1.0;
-      const LineMask shortSpan = (length <= 2.0) & ~((rest >= kWrittenAtOnce) & (1.0 > rest));
+      const LineMask inside = EndsInside(length, f);
+      const LineMask shortSpan = ShortSpanMask(length, rest);
       const LineLanes u1 = u0 + 1.0;
-      const LineMask reach = (rest >= 1.0) & (u1 <= length);
+      const LineMask reach = ShortSpanReaches(rest, u1, length);
       const LineLanes tail = reach ? NotBelowZeroLanes(length - u1) : NotBelowZeroLanes(rest);
       const LineLanes piece = length - (reach ? u1 : u0);
       const LineMask carried = piece > 0.0;
