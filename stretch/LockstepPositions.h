@@ -61,6 +61,15 @@ using LineMask = decltype(LineLanes{} < LineLanes{});
 #endif
 }
 
+// a where the mask is set, else b, in every lane.
+[[gnu::always_inline]] inline LineLanes ChooseLanes(LineMask m, LineLanes a, LineLanes b) {
+#if defined(__AVX2__)
+  return LineLanes(_mm256_blendv_pd(__m256d(b), __m256d(a), __m256d(m)));
+#else
+  return m ? a : b;
+#endif
+}
+
 // x where the mask is set, else +0.0, in every lane.
 [[gnu::always_inline]] inline LineLanes KeepLanes(LineMask m, LineLanes x) {
   return LineLanes(m & LineMask(x));
@@ -112,16 +121,21 @@ struct LaneStepEnd {
                                                           LaneStepEnd others) {
   const LineLanes one = LineLanes{} + 1.0;
   const LineMask wholePixels = spanning & (start.rest >= 1.0);
+  // `next` is u + 1 for the u of the lanes still counting, added on in every lane so that the
+  // chain from one pixel to the next is that one addition; `taken` counts the pixels so far.
   LineLanes consumed = start.u0;
-  LineLanes end = start.whole + 1.0;
+  LineLanes next = consumed + 1.0;
+  LineLanes taken = LineLanes{};
   LineLanes more = LineLanes{};
-  for (LineMask counting = wholePixels & (consumed + 1.0 <= length) & (one < roomBefore);
+  for (LineMask counting = wholePixels & (next <= length) & (one < roomBefore);
        LaneBits(counting) != 0;
-       counting = counting & (consumed + 1.0 <= length) & (one + more < roomBefore)) {
-    consumed = counting ? consumed + 1.0 : consumed;
-    end = counting ? end + 1.0 : end;
-    more = more + KeepLanes(counting, one);
+       counting = counting & (next <= length) & (one + taken < roomBefore)) {
+    consumed = ChooseLanes(counting, next, consumed);
+    taken = taken + 1.0;
+    more = ChooseLanes(counting, taken, more);
+    next = next + 1.0;
   }
+  LineLanes end = (start.whole + 1.0) + more;
   end = (wholePixels & (length > consumed)) ? end + (length - consumed) : end;
   const LineMask atOnce = spanning & ~wholePixels;
   return {spanning ? (atOnce ? end + 1.0 : end) : others.next,
