@@ -7,14 +7,16 @@
 #include <cstdint>
 #include <numeric>
 
+#include "stretch/KernelIsa.h"
 #include "stretch/LineResampler.h"
 #include "stretch/StretchCall.h"
 
 namespace morvane::detail {
 inline namespace MORVANE_ISA {
 
-// Lines worked through side by side.
-inline constexpr int32_t kLockstepLines = 8;
+// Lines worked through side by side: four registers of them in the position pass, whose chain
+// of dependent arithmetic from one step to the next the other registers' steps hide.
+inline constexpr int32_t kLockstepLines = kRegisterDoubles >= 4 ? 16 : 8;
 
 // Stretch steps are taken in chunks of at most this many per line: the lengths of a chunk, then
 // its positions, then its values.
@@ -33,10 +35,13 @@ constexpr int32_t StepChunk(Direction direction, std::ptrdiff_t rowBytes, int32_
   constexpr std::ptrdiff_t kLine = 64;
   constexpr std::ptrdiff_t kWay = 64 * kLine;
   constexpr std::ptrdiff_t kWays = 8;
+  // Rows start in `sets` sets, kSets / sets apart, and a row of the group takes linesPerRow
+  // neighbouring sets from there.
+  constexpr std::ptrdiff_t kSets = kWay / kLine;
   const std::ptrdiff_t sets = kWay / std::gcd(rowBytes < 0 ? -rowBytes : rowBytes, kWay);
   const std::ptrdiff_t linesPerRow =
       std::max<std::ptrdiff_t>(1, kLockstepLines * std::ptrdiff_t{pixelBytes} / kLine);
-  const std::ptrdiff_t rowsHeld = std::max<std::ptrdiff_t>(1, sets) * kWays / linesPerRow;
+  const std::ptrdiff_t rowsHeld = std::min(kSets, sets * linesPerRow) * kWays / linesPerRow;
   int32_t chunk = kStepChunk;
   while (chunk > kShortestColumnChunk && chunk > rowsHeld)
     chunk /= 2;
