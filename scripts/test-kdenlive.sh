@@ -25,10 +25,11 @@ start() { # start [PROJECT]: Kdenlive, waited for until its main window answers 
   kdenlive "$@" >>kdenlive.log 2>&1 &
   pid=$!
   until gdbus introspect --session --dest "org.kde.kdenlive-$pid" --object-path /kdenlive/MainWindow_1 >/dev/null 2>&1; do
-    kill -0 $pid || { cat kdenlive.log >&2; exit 1; }
-    sleep 0.1
+    alive && sleep 0.1
   done
 }
+alive() { # the Kdenlive started last still runs; else its log, and the test ends failed
+  kill -0 $pid 2>/dev/null && return; echo "FAILED  Kdenlive ended early" >&2; cat kdenlive.log >&2; exit 1; }
 # Kdenlive 22.12 now and then crashes on its way out, at times before it has answered exitApp:
 # each save is waited for before, so a missing answer only means it is ended by a signal.
 stop() { call kdenlive.MainWindow.exitApp >/dev/null 2>&1 || kill $pid 2>/dev/null || :; wait $pid || :; }
@@ -37,7 +38,7 @@ start
 call KMainWindow.activateAction file_save_as >/dev/null &
 xdotool search --sync --onlyvisible --name 'Save' >/dev/null
 xdotool type "$work/project.kdenlive" && xdotool key Return
-until [ -s project.kdenlive ]; do sleep 0.1; done
+until [ -s project.kdenlive ]; do alive && sleep 0.1; done
 # The clip is on the timeline once it has loaded: until then adding it does nothing.
 call kdenlive.MainWindow.addProjectClip -- "$work/clip.png" -1 >/dev/null
 until grep -q 'frei0r.morvane' project.kdenlive; do
@@ -96,7 +97,7 @@ done
 before=$(stat -c %.9Y project.kdenlive)
 start "$work/project.kdenlive"
 call KMainWindow.activateAction file_save >/dev/null
-until [ "$(stat -c %.9Y project.kdenlive)" != "$before" ]; do sleep 0.1; done
+until [ "$(stat -c %.9Y project.kdenlive)" != "$before" ]; do alive && sleep 0.1; done
 stop
 still_render "Kdenlive project, controls set" clip.png project.kdenlive --direction down --morvane 8 --pixel-size 2 \
   --stretch-curve sine-wave --curve-phase 10 --shading sine-wave --shading-interval-size 16 \
