@@ -243,7 +243,13 @@ template <PixelDepth Depth, bool kWithAlpha>
                                             detail::RoundPair<kWhite>(value.part[1]));
 #endif
     if constexpr (Depth == PixelDepth::Depth8) {
+#if defined(__AVX2__)
+      // Every lane is 0 ... 255: its low byte is the channel.
+      const __m128i bytes = _mm_shuffle_epi8(
+          ints, _mm_setr_epi8(0, 4, 8, 12, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1));
+#else
       const __m128i bytes = _mm_packus_epi16(_mm_packs_epi32(ints, ints), ints);
+#endif
       const auto word = static_cast<uint32_t>(_mm_cvtsi128_si32(bytes));
       if constexpr (kWithAlpha) {
         std::memcpy(pixel, &word, 4);
@@ -253,11 +259,16 @@ template <PixelDepth Depth, bool kWithAlpha>
         std::memcpy(pixel + 1, lanes + 1, 3);
       }
     } else {
+#if defined(__AVX2__)
+      // Every lane is 0 ... 32768, which the unsigned pack keeps as it is.
+      const __m128i words = _mm_packus_epi32(ints, ints);
+#else
       // 0 ... 32768 does not fit a signed 16-bit pack: shift into the signed range and back.
       const __m128i bias = _mm_set1_epi32(32768);
       const __m128i shifted = _mm_sub_epi32(ints, bias);
       const __m128i words =
           _mm_xor_si128(_mm_packs_epi32(shifted, shifted), _mm_set1_epi16(int16_t(-32768)));
+#endif
       uint16_t lanes[8];
       _mm_storeu_si128(reinterpret_cast<__m128i*>(lanes), words);
       if constexpr (kWithAlpha) {
