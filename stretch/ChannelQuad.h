@@ -186,27 +186,66 @@ template <PixelDepth Depth>
 namespace detail {
 inline namespace MORVANE_ISA {
 
-// DepthTraits<Depth>::Store on four lanes (AVX2) or two (SSE2, in the two low 32-bit lanes). For
+// The four channels as floats, in memory order.
+#if defined(__AVX2__)
+[[gnu::always_inline]] inline __m128 NarrowQuad(const ChannelQuad& v) {
+  return _mm256_cvtpd_ps(__m256d(v.part[0]));
+}
+#elif defined(__SSE2__)
+[[gnu::always_inline]] inline __m128 NarrowQuad(const ChannelQuad& v) {
+  return _mm_movelh_ps(_mm_cvtpd_ps(__m128d(v.part[0])), _mm_cvtpd_ps(__m128d(v.part[1])));
+}
+#endif
+
+// DepthTraits<Depth>::Store on the four channels, as 32-bit integers in memory order. For
 // x >= 0.5 rounding half away from zero is floor(x + 0.5), and x + 0.5 is then exact or rounds
 // without crossing a whole number, so truncating the sum gives the rounded value. Everything
 // below 0.5 (negative values and NaN included) gives 0, which also covers 0.49999999999999994,
-// whose sum with 0.5 would round up to 1. Values above white saturate to white.
+// whose sum with 0.5 would round up to 1. Values above white saturate to white, so every lane
+// ends within 0 ... kWhite.
 #if defined(__AVX2__)
 template <int kWhite>
-[[gnu::always_inline]] inline __m128i RoundQuad(QuadPart v) {
+[[gnu::always_inline]] inline __m128i RoundQuad(const ChannelQuad& v) {
   const __m256d half = _mm256_set1_pd(0.5);
-  const __m256d x = __m256d(v);
+  const __m256d x = __m256d(v.part[0]);
   const __m256d kept =
       _mm256_and_pd(_mm256_cmp_pd(half, x, _CMP_LE_OQ), _mm256_min_pd(x, _mm256_set1_pd(kWhite)));
   return _mm256_cvttpd_epi32(_mm256_add_pd(kept, half));
 }
 #elif defined(__SSE2__)
 template <int kWhite>
-[[gnu::always_inline]] inline __m128i RoundPair(DoublePair v) {
+[[gnu::always_inline]] inline __m128i RoundPair(QuadPart v) {
   const __m128d half = _mm_set1_pd(0.5);
   const __m128d x = __m128d(v);
   const __m128d kept = _mm_and_pd(_mm_cmple_pd(half, x), _mm_min_pd(x, _mm_set1_pd(kWhite)));
   return _mm_cvttpd_epi32(_mm_add_pd(kept, half));
+}
+template <int kWhite>
+[[gnu::always_inline]] inline __m128i RoundQuad(const ChannelQuad& v) {
+  return _mm_unpacklo_epi64(RoundPair<kWhite>(v.part[0]), RoundPair<kWhite>(v.part[1]));
+}
+#endif
+
+// Four rounded channels (each 0 ... 255) as the four low bytes, or (each 0 ... 32768) as the four
+// low 16-bit words.
+#if defined(__AVX2__)
+[[gnu::always_inline]] inline __m128i PackBytes(__m128i ints) {
+  // Every lane's low byte is its channel.
+  return _mm_shuffle_epi8(
+      ints, _mm_setr_epi8(0, 4, 8, 12, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1));
+}
+[[gnu::always_inline]] inline __m128i PackWords(__m128i ints) {
+  // 0 ... 32768 is kept as it is by the unsigned pack.
+  return _mm_packus_epi32(ints, ints);
+}
+#elif defined(__SSE2__)
+[[gnu::always_inline]] inline __m128i PackBytes(__m128i ints) {
+  return _mm_packus_epi16(_mm_packs_epi32(ints, ints), ints);
+}
+[[gnu::always_inline]] inline __m128i PackWords(__m128i ints) {
+  // 0 ... 32768 does not fit a signed 16-bit pack: shift into the signed range and back.
+  const __m128i shifted = _mm_sub_epi32(ints, _mm_set1_epi32(32768));
+  return _mm_xor_si128(_mm_packs_epi32(shifted, shifted), _mm_set1_epi16(int16_t(-32768)));
 }
 #endif
 
@@ -221,12 +260,7 @@ template <PixelDepth Depth, bool kWithAlpha>
 [[gnu::always_inline]] inline void StoreQuad(ChannelType<Depth>* pixel, const ChannelQuad& value) {
 #if defined(__SSE2__)
   if constexpr (Depth == PixelDepth::Depth32f) {
-#if defined(__AVX2__)
-    const __m128 floats = _mm256_cvtpd_ps(__m256d(value.part[0]));
-#else
-    const __m128 floats =
-        _mm_movelh_ps(_mm_cvtpd_ps(__m128d(value.part[0])), _mm_cvtpd_ps(__m128d(value.part[1])));
-#endif
+    const __m128 floats = detail::NarrowQuad(value);
     if constexpr (kWithAlpha) {
       _mm_storeu_ps(pixel, floats);
     } else {
@@ -234,48 +268,24 @@ template <PixelDepth Depth, bool kWithAlpha>
       _mm_storeu_ps(lanes, floats);
       std::memcpy(pixel + 1, lanes + 1, 3 * sizeof(float));
     }
-  } else {
-    constexpr int kWhite = Depth == PixelDepth::Depth8 ? 255 : 32768;
-#if defined(__AVX2__)
-    const __m128i ints = detail::RoundQuad<kWhite>(value.part[0]);
-#else
-    const __m128i ints = _mm_unpacklo_epi64(detail::RoundPair<kWhite>(value.part[0]),
-                                            detail::RoundPair<kWhite>(value.part[1]));
-#endif
-    if constexpr (Depth == PixelDepth::Depth8) {
-#if defined(__AVX2__)
-      // Every lane is 0 ... 255: its low byte is the channel.
-      const __m128i bytes = _mm_shuffle_epi8(
-          ints, _mm_setr_epi8(0, 4, 8, 12, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1));
-#else
-      const __m128i bytes = _mm_packus_epi16(_mm_packs_epi32(ints, ints), ints);
-#endif
-      const auto word = static_cast<uint32_t>(_mm_cvtsi128_si32(bytes));
-      if constexpr (kWithAlpha) {
-        std::memcpy(pixel, &word, 4);
-      } else {
-        uint8_t lanes[4];
-        std::memcpy(lanes, &word, 4);
-        std::memcpy(pixel + 1, lanes + 1, 3);
-      }
+  } else if constexpr (Depth == PixelDepth::Depth8) {
+    const __m128i bytes = detail::PackBytes(detail::RoundQuad<255>(value));
+    const auto word = static_cast<uint32_t>(_mm_cvtsi128_si32(bytes));
+    if constexpr (kWithAlpha) {
+      std::memcpy(pixel, &word, 4);
     } else {
-#if defined(__AVX2__)
-      // Every lane is 0 ... 32768, which the unsigned pack keeps as it is.
-      const __m128i words = _mm_packus_epi32(ints, ints);
-#else
-      // 0 ... 32768 does not fit a signed 16-bit pack: shift into the signed range and back.
-      const __m128i bias = _mm_set1_epi32(32768);
-      const __m128i shifted = _mm_sub_epi32(ints, bias);
-      const __m128i words =
-          _mm_xor_si128(_mm_packs_epi32(shifted, shifted), _mm_set1_epi16(int16_t(-32768)));
-#endif
-      uint16_t lanes[8];
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(lanes), words);
-      if constexpr (kWithAlpha) {
-        std::memcpy(pixel, lanes, 4 * sizeof(uint16_t));
-      } else {
-        std::memcpy(pixel + 1, lanes + 1, 3 * sizeof(uint16_t));
-      }
+      uint8_t lanes[4];
+      std::memcpy(lanes, &word, 4);
+      std::memcpy(pixel + 1, lanes + 1, 3);
+    }
+  } else {
+    const __m128i words = detail::PackWords(detail::RoundQuad<32768>(value));
+    uint16_t lanes[8];
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(lanes), words);
+    if constexpr (kWithAlpha) {
+      std::memcpy(pixel, lanes, 4 * sizeof(uint16_t));
+    } else {
+      std::memcpy(pixel + 1, lanes + 1, 3 * sizeof(uint16_t));
     }
   }
 #else
