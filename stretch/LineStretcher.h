@@ -5,8 +5,13 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 #include <utility>
+
+#if defined(__AVX2__)
+#include <immintrin.h>
+#endif
 
 #include "stretch/Distribution.h"
 #include "stretch/IntensitySources.h"
@@ -201,29 +206,95 @@ class LineStretcher {
   }
 
  private:
+  using PixelLanes = std::array<const Channel*, kLengthLanes>;
+
+  // The next kLengthLanes pixels of `intensity`, one per lane.
+  [[gnu::always_inline]] static PixelLanes NextPixels(IntensitySource& intensity) {
+    PixelLanes pixels;
+    for (const Channel*& pixel : pixels) {
+      pixel = intensity.Pixel();
+      intensity.Advance();
+    }
+    return pixels;
+  }
+
   // The curve's stretch lengths at the intensities this variant measures from the next
   // kLengthLanes pixels of `intensity`, one per lane.
   [[gnu::always_inline]] StepLanes CurveStretches(IntensitySource& intensity) const {
     if constexpr (Depth == PixelDepth::Depth8) {
+#if defined(__AVX2__)
+      // The lanes' pixels side by side: where all are opaque (or alpha is what is measured), the
+      // opaque table's entries at their colour sums in one gathering load; otherwise pixel by
+      // pixel.
+      const PixelLanes pixels = NextPixels(intensity);
+      const auto words = __m128i(LanesOf<StepIndexLanes>([&](int32_t j) {
+        int32_t word;
+        std::memcpy(&word, pixels[j], 4);
+        return word;
+      }));
+      if (AllOpaque(words)) return Gather(call_.opaqueStretch8.data(), OpaqueTableIndex(words));
+      return LanesOf<StepLanes>([&](int32_t j) { return CurveStretch(pixels[j]); });
+#else
       // Pixel by pixel: most come from the opaque table, which leaves no arithmetic to share.
       return LanesOf<StepLanes>([&](int32_t) {
         const double stretch = CurveStretch(intensity.Pixel());
         intensity.Advance();
         return stretch;
       });
+#endif
     } else {
       // Each channel of every pixel in the lanes, in double.
-      const Channel* pixels[kLengthLanes];
-      for (int32_t j = 0; j < kLengthLanes; ++j) {
-        pixels[j] = intensity.Pixel();
-        intensity.Advance();
-      }
-      const ChannelValues<Depth, StepLanes> read = ChannelLanes(pixels);
+      const ChannelValues<Depth, StepLanes> read = ChannelLanes(NextPixels(intensity).data());
       const StepIndexLanes index =
           TruncateCurvePositions(CurvePosition(MeasureIntensityWith<Depth, Variant>(read)));
-      return LanesOf<StepLanes>([&](int32_t j) { return call_.curve[LaneOf(index, j)]; });
+      return CurveLengths(index);
     }
   }
+
+  // The curve's stretch lengths at `index` (each 0 ... 1023), one per lane: with AVX2 one
+  // gathering load.
+  [[gnu::always_inline]] StepLanes CurveLengths(StepIndexLanes index) const {
+#if defined(__AVX2__)
+    return Gather(call_.curve.data(), __m128i(index));
+#else
+    return LanesOf<StepLanes>([&](int32_t j) { return call_.curve[LaneOf(index, j)]; });
+#endif
+  }
+
+#if defined(__AVX2__)
+  // table[index[j]] in lane j.
+  [[gnu::always_inline]] static StepLanes Gather(const double* table, __m128i index) {
+    // Every lane loaded (the form with a mask and a source, which the compiler also sees as set).
+    const __m256d all = _mm256_castsi256_pd(_mm256_set1_epi64x(-1));
+    return StepLanes(
+        _mm256_mask_i32gather_pd(_mm256_setzero_pd(), table, index, all, sizeof(double)));
+  }
+
+  // Whether the alpha weighting changes nothing for any of four 8-bit pixels (one to a 32-bit
+  // lane): all are opaque, or the variant has none.
+  [[gnu::always_inline]] static bool AllOpaque(__m128i words) {
+    if constexpr (Variant == ChannelVariant::Alpha) {
+      return true;
+    } else {
+      const __m128i alpha = _mm_and_si128(words, _mm_set1_epi32(0xff));
+      return _mm_movemask_ps(_mm_castsi128_ps(_mm_cmpeq_epi32(alpha, _mm_set1_epi32(0xff)))) == 0xf;
+    }
+  }
+
+  // The opaque table's index of four 8-bit pixels, as CurveStretch forms it: the sum of the three
+  // colour channels, or three times the one channel measured.
+  [[gnu::always_inline]] static __m128i OpaqueTableIndex(__m128i words) {
+    if constexpr (kChannelCount<Variant> == 1) {
+      constexpr int kShift = 8 * VariantTraits<Variant>::kChannels[0];
+      const __m128i channel = _mm_and_si128(_mm_srli_epi32(words, kShift), _mm_set1_epi32(0xff));
+      return _mm_add_epi32(_mm_add_epi32(channel, channel), channel);
+    } else {
+      // Red and green-plus-blue as 16-bit sums, then their sum.
+      const __m128i pairs = _mm_maddubs_epi16(words, _mm_set1_epi32(0x01010100));
+      return _mm_madd_epi16(pairs, _mm_set1_epi16(1));
+    }
+  }
+#endif
 
   // Channel c of pixels[j] in lane j of value[c]. Where a pixel's four channels load as one
   // register of lanes, each pixel is loaded whole and the four are transposed.
