@@ -222,26 +222,19 @@ class LineStretcher {
   // kLengthLanes pixels of `intensity`, one per lane.
   [[gnu::always_inline]] StepLanes CurveStretches(IntensitySource& intensity) const {
     if constexpr (Depth == PixelDepth::Depth8) {
+      const PixelLanes pixels = NextPixels(intensity);
 #if defined(__AVX2__)
       // The lanes' pixels side by side: where all are opaque (or alpha is what is measured), the
-      // opaque table's entries at their colour sums in one gathering load; otherwise pixel by
-      // pixel.
-      const PixelLanes pixels = NextPixels(intensity);
+      // opaque table's entries at their colour sums in one gathering load.
       const auto words = __m128i(LanesOf<StepIndexLanes>([&](int32_t j) {
         int32_t word;
         std::memcpy(&word, pixels[j], 4);
         return word;
       }));
       if (AllOpaque(words)) return Gather(call_.opaqueStretch8.data(), OpaqueTableIndex(words));
-      return LanesOf<StepLanes>([&](int32_t j) { return CurveStretch(pixels[j]); });
-#else
-      // Pixel by pixel: most come from the opaque table, which leaves no arithmetic to share.
-      return LanesOf<StepLanes>([&](int32_t) {
-        const double stretch = CurveStretch(intensity.Pixel());
-        intensity.Advance();
-        return stretch;
-      });
 #endif
+      // Pixel by pixel: most come from the opaque table, which leaves no arithmetic to share.
+      return LanesOf<StepLanes>([&](int32_t j) { return CurveStretch(pixels[j]); });
     } else {
       // Each channel of every pixel in the lanes, in double.
       const ChannelValues<Depth, StepLanes> read = ChannelLanes(NextPixels(intensity).data());
