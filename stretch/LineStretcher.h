@@ -233,7 +233,8 @@ class LineStretcher {
       }));
       if (AllOpaque(words)) return Gather(call_.opaqueStretch8.data(), OpaqueTableIndex(words));
 #endif
-      // Pixel by pixel: most come from the opaque table, which leaves no arithmetic to share.
+      // Pixel by pixel, each from the opaque table or, where it is not opaque, from the curve:
+      // little arithmetic is left to share between the lanes.
       return LanesOf<StepLanes>([&](int32_t j) { return CurveStretch(pixels[j]); });
     } else {
       // Each channel of every pixel in the lanes, in double.
