@@ -211,7 +211,6 @@ struct LaneLines {
                                                  : LineMask{} + KindWord(StepKind::Longer));
       __builtin_memcpy(plans.kind + at, &kind, sizeof kind);
       __builtin_memcpy(plans.u0 + at, &u0, sizeof u0);
-      __builtin_memcpy(plans.u1 + at, &u1, sizeof u1);
       __builtin_memcpy(plans.piece + at, &piece, sizeof piece);
       __builtin_memcpy(plans.reach + at, &reach, sizeof reach);
       __builtin_memcpy(plans.carried + at, &carried, sizeof carried);

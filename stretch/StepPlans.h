@@ -59,7 +59,6 @@ struct StepPlans {
   alignas(32) double length[kSize];
   alignas(32) MaskWord kind[kSize];     // a StepKind
   alignas(32) double u0[kSize];         // 1 - filled: the part of the span the first pixel takes
-  alignas(32) double u1[kSize];         // u0 + 1
   alignas(32) double piece[kSize];      // the part carried on: S - u1 where it reaches, else S - u0
   alignas(32) MaskWord reach[kSize];    // ShortSpanReaches
   alignas(32) MaskWord carried[kSize];  // piece > 0
@@ -73,7 +72,9 @@ class PlannedStep {
 
   [[gnu::always_inline]] StepKind Kind() const { return static_cast<StepKind>(plans_.kind[i_]); }
   [[gnu::always_inline]] double U0() const { return plans_.u0[i_]; }
-  [[gnu::always_inline]] double U1() const { return plans_.u1[i_]; }
+  // u0 + 1, the sum the position pass forms, formed again here rather than kept: a chunk's plans
+  // share the first-level cache with the rows the passes read and write.
+  [[gnu::always_inline]] double U1() const { return plans_.u0[i_] + 1.0; }
   [[gnu::always_inline]] double Piece() const { return plans_.piece[i_]; }
   [[gnu::always_inline]] MaskWord Reach() const { return plans_.reach[i_]; }
   [[gnu::always_inline]] MaskWord Carried() const { return plans_.carried[i_]; }
