@@ -74,7 +74,7 @@ class PlannedStep {
   [[gnu::always_inline]] double U0() const { return plans_.u0[i_]; }
   // u0 + 1, the sum the position pass forms, formed again here rather than kept: a chunk's plans
   // share the first-level cache with the rows the passes read and write.
-  [[gnu::always_inline]] double U1() const { return plans_.u0[i_] + 1.0; }
+  [[gnu::always_inline]] double U1() const { return U0() + 1.0; }
   [[gnu::always_inline]] double Piece() const { return plans_.piece[i_]; }
   [[gnu::always_inline]] MaskWord Reach() const { return plans_.reach[i_]; }
   [[gnu::always_inline]] MaskWord Carried() const { return plans_.carried[i_]; }
