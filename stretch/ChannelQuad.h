@@ -117,20 +117,6 @@ template <typename Lanes>
 [[gnu::always_inline]] inline double Choose(LaneMask m, double a, double b) {
   return (m ? Broadcast(a) : Broadcast(b))[0];
 }
-// The same choices by a mask word (all ones or zero) as a plan keeps it.
-[[gnu::always_inline]] inline double Choose(MaskWord w, double a, double b) {
-  return Choose(SplatMask(w), a, b);
-}
-[[gnu::always_inline]] inline ChannelQuad Choose(MaskWord w, const ChannelQuad& a,
-                                                 const ChannelQuad& b) {
-  const PartMask mask = PartMask{} + w;
-#if defined(__AVX2__)
-  // A blend by the mask's sign bits: the same choice without first comparing the mask with 0.
-  return {{QuadPart(_mm256_blendv_pd(__m256d(b.part[0]), __m256d(a.part[0]), __m256d(mask)))}};
-#else
-  return PartWise([&](int i) { return mask ? a.part[i] : b.part[i]; });
-#endif
-}
 // `a` where the mask is set, else +0.0.
 [[gnu::always_inline]] inline double Keep(LaneMask m, double a) {
   return DoublePair(m & LaneMask(Broadcast(a)))[0];
