@@ -137,8 +137,7 @@ class LinePosition {
 // written channels: a double for one channel, a ChannelQuad for several (lanes that a variant
 // does not write are carried along and never stored). The sink receives every emitted pixel
 // (`bool Emit(const Value&)`) and returns true once the line is full, which ends the step at
-// once (any carry is dropped). It can also take a value without moving on (`Put`), move on by
-// zero or one pixel (`SkipWhere`) and tell whether the line is full (`Full`).
+// once (any carry is dropped).
 template <typename Value>
 class LineResampler {
  public:
@@ -185,19 +184,19 @@ class LineResampler {
     }
 
     if (plan.Kind() == StepKind::ShortSpan) {
-      // V(u0) is stored in any case and the cursor moves on only when it is a whole output
-      // pixel: an unused value is overwritten by the next pixel written there. The carry is
-      // V(u) * (S - u) for the u the span ends at, when that part is above 0. V(u0 + 1) is
-      // worked out only where the span reaches it: the divisions bound this pass, and fewer than
-      // half of the short spans reach (at Pixel Size 0.4 almost none), so a jump the processor
-      // sometimes mispredicts costs less than dividing for every span.
+      // The carry is V(u) * (S - u) for the u the span ends at, when that part is above 0. Where
+      // the span reaches u0 + 1, V(u0) is a whole output pixel and V(u0 + 1) is worked out: the
+      // divisions and stores bound this pass, and fewer than half of the short spans reach (at
+      // Pixel Size 0.4 almost none), so a jump the processor sometimes mispredicts costs less
+      // than dividing and storing for every span.
       const Value first = Interpolate(delta, from, u0, length);
-      sink.Put(first);
-      sink.SkipWhere(plan.Reach());
       Value last = first;
-      if (plan.Reach() != MaskWord{}) last = Interpolate(delta, from, plan.U1(), length);
+      if (plan.Reach() != MaskWord{}) {
+        if (sink.Emit(first)) return true;
+        last = Interpolate(delta, from, plan.U1(), length);
+      }
       carry_ = Keep(plan.Carried(), last * plan.Piece());
-      return sink.Full();
+      return false;
     }
 
     const double rest = length - u0;
@@ -271,16 +270,6 @@ class OutputCursor {
     }
   }
 
-  // Moves on by one pixel where `where` is all ones (else stays); the move off the last pixel
-  // fills the line and leaves the pointer there, as Emit does. Arithmetic only, no branch.
-  [[gnu::always_inline]] void SkipWhere(MaskWord where) {
-    const bool atLast = pixel_ == last_;
-    full_ = full_ || (where != 0 && atLast);
-    pixel_ += step_ & where & -static_cast<std::ptrdiff_t>(!atLast);
-  }
-
-  [[gnu::always_inline]] bool Full() const { return full_; }
-
   // The start-offset copy: the variant's channels of `source`, alpha times `alphaFactor`
   // (truncated at 8 and 16 bits), colour unchanged.
   bool Copy(const Channel* source, double alphaFactor) {
@@ -300,11 +289,6 @@ class OutputCursor {
       cursor_.pixel_ += cursor_.step_;
       return false;
     }
-    [[gnu::always_inline]] void Put(const Value& value) { cursor_.Put(value); }
-    [[gnu::always_inline]] void SkipWhere(MaskWord where) {
-      cursor_.pixel_ += cursor_.step_ & where;
-    }
-    [[gnu::always_inline]] static bool Full() { return false; }
 
    private:
     OutputCursor& cursor_;
@@ -312,10 +296,7 @@ class OutputCursor {
 
  private:
   [[gnu::always_inline]] bool Advance() {
-    if (pixel_ == last_) {
-      full_ = true;
-      return true;
-    }
+    if (pixel_ == last_) return true;
     pixel_ += step_;
     return false;
   }
@@ -323,7 +304,6 @@ class OutputCursor {
   Channel* pixel_;
   Channel* last_;
   std::ptrdiff_t step_;
-  bool full_ = false;
 };
 
 }  // namespace MORVANE_ISA
