@@ -159,6 +159,15 @@ class LinePositionWalker {
     }
   }
 
+  // Whether each of the next n steps moves Index() forward by one: no edge is met on the way.
+  // (Not for Transparent, whose fade also moves.)
+  [[gnu::always_inline]] bool ForwardFor(int32_t n) const {
+    static_assert(Mode != EdgeMode::Transparent);
+    return state_ + n < length_;
+  }
+  // n steps on, each known to move forward (ForwardFor(n)).
+  [[gnu::always_inline]] void SkipForward(int32_t n) { state_ += n; }
+
   // The fade of the unresolved position; 1 for every mode but Transparent.
   [[gnu::always_inline]] double Fade(int32_t feather) const {
     if constexpr (Mode == EdgeMode::Transparent) {
@@ -188,6 +197,15 @@ class LinePixelWalker {
 
   [[gnu::always_inline]] const Channel* Pixel() const { return pixel_; }
   [[gnu::always_inline]] double Fade(int32_t feather) const { return position_.Fade(feather); }
+
+  // The next n pixels when they lie one after another (ForwardFor(n)): the first of them, then
+  // the walker past them (SkipForward(n)), their distance being Step().
+  [[gnu::always_inline]] bool ForwardFor(int32_t n) const { return position_.ForwardFor(n); }
+  [[gnu::always_inline]] std::ptrdiff_t Step() const { return step_; }
+  [[gnu::always_inline]] void SkipForward(int32_t n) {
+    position_.SkipForward(n);
+    pixel_ += n * step_;
+  }
 
   [[gnu::always_inline]] void Advance() {
     switch (position_.Advance()) {

@@ -30,6 +30,10 @@ class SelfIntensitySource {
 
   [[gnu::always_inline]] const Channel* Pixel() const { return walker_.Pixel(); }
   [[gnu::always_inline]] void Advance() { walker_.Advance(); }
+  // Runs of pixels that lie one after another, as LinePixelWalker.
+  [[gnu::always_inline]] bool ForwardFor(int32_t n) const { return walker_.ForwardFor(n); }
+  [[gnu::always_inline]] std::ptrdiff_t Step() const { return walker_.Step(); }
+  [[gnu::always_inline]] void SkipForward(int32_t n) { walker_.SkipForward(n); }
 
  private:
   LinePixelWalker<kMode, Channel> walker_;

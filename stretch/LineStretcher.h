@@ -211,6 +211,15 @@ class LineStretcher {
   // The next kLengthLanes pixels of `intensity`, one per lane.
   [[gnu::always_inline]] static PixelLanes NextPixels(IntensitySource& intensity) {
     PixelLanes pixels;
+    if constexpr (Origin == IntensityOrigin::SelfIntensity) {
+      // Away from the line's ends, one look at the edge serves all the lanes.
+      if (intensity.ForwardFor(kLengthLanes)) {
+        for (int32_t j = 0; j < kLengthLanes; ++j)
+          pixels[j] = intensity.Pixel() + j * intensity.Step();
+        intensity.SkipForward(kLengthLanes);
+        return pixels;
+      }
+    }
     for (const Channel*& pixel : pixels) {
       pixel = intensity.Pixel();
       intensity.Advance();
