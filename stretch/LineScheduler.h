@@ -7,6 +7,8 @@
 #include <iterator>
 #include <utility>
 
+#include "stretch/ColumnStaging.h"
+#include "stretch/LineLayout.h"
 #include "stretch/LineStretcher.h"
 #include "stretch/LockstepPositions.h"
 
@@ -26,46 +28,83 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
   const int32_t end = std::min(last, call.lineCount);
   LockstepLines lanes{};
 
+  // Where the output's rows crowd the cache, lines along columns go in groups whose output is
+  // held in the staging window; a lane whose line is done waits for the group's others.
+  using Channel = ChannelType<Depth>;
+  const bool grouped =
+      StagedColumns(call.direction, images.dstStride * std::ptrdiff_t{sizeof(Channel)},
+                    static_cast<int32_t>(4 * sizeof(Channel)));
+  ColumnStaging<Depth, Variant> staging;
+  const LineLayout out =
+      ImageLineLayout(call.direction, images.dstStride, images.width, images.height);
+  const int32_t length = call.length;
+
   // Begins the next line that needs stretch steps in lane i; false when none is left.
   const auto beginNext = [&](Stretcher& s, int32_t i) {
     while (line < end) {
       LinePosition position;
       int32_t room = 0;
-      if (!s.Begin(line++, position, room)) {
+      const int32_t begun = line++;
+      if (!s.Begin(begun, position, room)) {
         lanes[i].position = position.linePosition();
         lanes[i].room = room;
+        if (grouped) {
+          staging.Track(i, images.dst + out.first + std::ptrdiff_t{begun} * out.lineStep,
+                        length - room);
+        }
         return true;
       }
     }
     return false;
+  };
+  // Begins a line in every lane that can take one; false when none is left.
+  const auto beginLanes = [&](std::array<Stretcher, kLockstepLines>& s) {
+    if (grouped) staging.BeginGroup(std::min(call.startCount, length), out.pixelStep);
+    bool any = false;
+    for (int32_t i = 0; i < kLockstepLines; ++i) {
+      lanes[i].active = beginNext(s[i], i);
+      any = any || lanes[i].active;
+    }
+    return any;
   };
 
   std::array<Stretcher, kLines> s = [&]<std::size_t... I>(std::index_sequence<I...>) {
     return std::array<Stretcher, kLines>{((void)I, Stretcher(call, images))...};
   }
   (std::make_index_sequence<kLines>());
-  using Channel = ChannelType<Depth>;
   const int32_t chunk =
       StepChunk(call.direction, images.srcStride * std::ptrdiff_t{sizeof(Channel)},
                 static_cast<int32_t>(4 * sizeof(Channel)));
   StepPlans plans;
   std::fill(std::begin(plans.length), std::end(plans.length), 1.0);
-  bool anyActive = false;
-  for (int32_t i = 0; i < kLines; ++i) {
-    lanes[i].active = beginNext(s[i], i);
-    anyActive = anyActive || lanes[i].active;
-  }
+  bool anyActive = beginLanes(s);
   while (anyActive) {
     for (int32_t i = 0; i < kLines; ++i) {
       if (lanes[i].active) s[i].template Lengths<kLines>(plans.length + i, chunk);
     }
+    std::array<double, kLines> roomBefore;
+    for (int32_t i = 0; i < kLines; ++i)
+      roomBefore[i] = lanes[i].room;
     LockstepPositionSteps(lanes, plans, chunk);
     anyActive = false;
     for (int32_t i = 0; i < kLines; ++i) {
-      if (lanes[i].active && s[i].Values(plans, i, lanes[i].steps)) {
-        lanes[i].active = beginNext(s[i], i);
+      if (!lanes[i].active) continue;
+      // The output pixels written by the end of the chunk: all of them when it fills the line.
+      const bool fills = lanes[i].room <= 0.0;
+      const auto done = static_cast<int32_t>(length - (fills ? 0.0 : lanes[i].room));
+      if (grouped) {
+        const auto left = static_cast<int32_t>(roomBefore[i]);
+        const auto place = staging.Reserve(i, left - (length - done));
+        s[i].Redirect(place.first, place.step, left);
       }
+      const bool full = s[i].Values(plans, i, lanes[i].steps);
+      if (grouped) staging.Written(i, done);
+      if (full) lanes[i].active = !grouped && beginNext(s[i], i);
       anyActive = anyActive || lanes[i].active;
+    }
+    if (grouped && !anyActive) {
+      staging.Flush();
+      anyActive = beginLanes(s);
     }
   }
 }

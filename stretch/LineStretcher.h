@@ -114,6 +114,12 @@ class LineStretcher {
     return false;
   }
 
+  // The line's next output pixels go to `first` and on, `step` channel elements apart; `left`
+  // of them are left to the line's end.
+  void Redirect(Channel* first, std::ptrdiff_t step, int32_t left) {
+    cursor_ = OutputCursor<Depth, Variant>(first, step, left);
+  }
+
   // The stretch lengths of the next `steps` steps (a multiple of kLengthLanes), kStride apart (a
   // chunk may run past the end of the line; the steps after it are never used). Steps are
   // measured kLengthLanes at a time, one per lane.

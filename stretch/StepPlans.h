@@ -28,10 +28,9 @@ inline constexpr int32_t kStepChunk = 32;
 // this runs on), so the chunk is cut to the rows those sets hold, but not below 8 steps.
 inline constexpr int32_t kShortestColumnChunk = 8;
 
-// The chunk for lines in `direction` of an image whose rows are `rowBytes` apart, for pixels of
-// `pixelBytes`.
-constexpr int32_t StepChunk(Direction direction, std::ptrdiff_t rowBytes, int32_t pixelBytes) {
-  if (!AlongColumns(direction)) return kStepChunk;
+// How many rows of a group's pixels (kLockstepLines neighbours of `pixelBytes` each in a row) the
+// first-level cache holds at once, when rows are `rowBytes` apart.
+constexpr std::ptrdiff_t GroupRowsHeld(std::ptrdiff_t rowBytes, int32_t pixelBytes) {
   constexpr std::ptrdiff_t kLine = 64;
   constexpr std::ptrdiff_t kWay = 64 * kLine;
   constexpr std::ptrdiff_t kWays = 8;
@@ -41,11 +40,25 @@ constexpr int32_t StepChunk(Direction direction, std::ptrdiff_t rowBytes, int32_
   const std::ptrdiff_t sets = kWay / std::gcd(rowBytes < 0 ? -rowBytes : rowBytes, kWay);
   const std::ptrdiff_t linesPerRow =
       std::max<std::ptrdiff_t>(1, kLockstepLines * std::ptrdiff_t{pixelBytes} / kLine);
-  const std::ptrdiff_t rowsHeld = std::min(kSets, sets * linesPerRow) * kWays / linesPerRow;
+  return std::min(kSets, sets * linesPerRow) * kWays / linesPerRow;
+}
+
+// The chunk for lines in `direction` of an image whose rows are `rowBytes` apart, for pixels of
+// `pixelBytes`.
+constexpr int32_t StepChunk(Direction direction, std::ptrdiff_t rowBytes, int32_t pixelBytes) {
+  if (!AlongColumns(direction)) return kStepChunk;
+  const std::ptrdiff_t rowsHeld = GroupRowsHeld(rowBytes, pixelBytes);
   int32_t chunk = kStepChunk;
   while (chunk > kShortestColumnChunk && chunk > rowsHeld)
     chunk /= 2;
   return chunk;
+}
+
+// Whether lines in `direction` go in groups whose output is held back and written a row at a
+// time (ColumnStaging), for an output image whose rows are `rowBytes` apart: along columns, where
+// the first-level cache holds no more of the group's rows than the shortest chunk writes.
+constexpr bool StagedColumns(Direction direction, std::ptrdiff_t rowBytes, int32_t pixelBytes) {
+  return AlongColumns(direction) && GroupRowsHeld(rowBytes, pixelBytes) <= kShortestColumnChunk;
 }
 
 // What the position pass decided for each step, all the value pass needs besides the lengths,
