@@ -10,6 +10,7 @@
 #include "stretch/ChannelQuad.h"
 #include "stretch/LinePositionMath.h"
 #include "stretch/PixelTraits.h"
+#include "stretch/StreamedStores.h"
 
 namespace morvane {
 inline namespace MORVANE_ISA {
@@ -253,8 +254,12 @@ class OutputCursor {
   using Channel = ChannelType<Depth>;
   using Value = ResampledValue<Variant>;
 
-  OutputCursor(Channel* first, std::ptrdiff_t step, int32_t length)
-      : pixel_(first), last_(first + std::ptrdiff_t{std::max(length, 1) - 1} * step), step_(step) {}
+  // `streamed`: the pixels are stored past the caches where the variant allows it.
+  OutputCursor(Channel* first, std::ptrdiff_t step, int32_t length, bool streamed = false)
+      : pixel_(first),
+        last_(first + std::ptrdiff_t{std::max(length, 1) - 1} * step),
+        step_(step),
+        streamed_(streamed) {}
 
   [[gnu::always_inline]] bool Emit(const Value& value) {
     Put(value);
@@ -263,6 +268,9 @@ class OutputCursor {
 
   // Stores `value` at the cursor without moving on (the cursor is inside the line).
   [[gnu::always_inline]] void Put(const Value& value) {
+    if constexpr (detail::kStreamablePixels<Depth, Variant>) {
+      if (streamed_) return detail::StreamQuad<Depth, Variant>(pixel_, value);
+    }
     if constexpr (kChannelCount<Variant> == 1) {
       pixel_[VariantTraits<Variant>::kChannels[0]] = DepthTraits<Depth>::Store(value);
     } else {
@@ -304,6 +312,7 @@ class OutputCursor {
   Channel* pixel_;
   Channel* last_;
   std::ptrdiff_t step_;
+  bool streamed_;
 };
 
 }  // namespace MORVANE_ISA

@@ -107,6 +107,7 @@ void StretchLines(const StretchCall& call, const KernelImages<ChannelType<Depth>
       anyActive = beginLanes(s);
     }
   }
+  FinishStreamedStores();
 }
 
 }  // namespace MORVANE_ISA

@@ -76,7 +76,9 @@ class LineStretcher {
         images_(images),
         in_(ImageLineLayout(call.direction, images.srcStride, images.width, images.height)),
         out_(ImageLineLayout(call.direction, images.dstStride, images.width, images.height)),
-        alongColumns_(AlongColumns(call.direction)) {}
+        alongColumns_(AlongColumns(call.direction)),
+        streamed_(StreamsOutput(alongColumns_, images.dstStride * std::ptrdiff_t{sizeof(Channel)},
+                                images.height)) {}
 
   // Sets up `line` and copies its start offset, advancing `position` (reset for the line) by
   // the copied pixels. Returns true when the copy already fills the line; otherwise `room` is
@@ -86,7 +88,8 @@ class LineStretcher {
     const int32_t feather = call_.featherLength;
     const Channel* const source = images_.src + in_.first + std::ptrdiff_t{line} * in_.lineStep;
     cursor_ = OutputCursor<Depth, Variant>(
-        images_.dst + out_.first + std::ptrdiff_t{line} * out_.lineStep, out_.pixelStep, length);
+        images_.dst + out_.first + std::ptrdiff_t{line} * out_.lineStep, out_.pixelStep, length,
+        streamed_);
     ColourWalker colour(source, in_.pixelStep,
                         LinePositionWalker<Mode>(length, call_.shift.colourStart));
     intensity_ = IntensitySource(call_, images_, source, in_.pixelStep, line);
@@ -348,6 +351,7 @@ class LineStretcher {
   const LineLayout in_;
   const LineLayout out_;
   const bool alongColumns_;
+  const bool streamed_;
 
   OutputCursor<Depth, Variant> cursor_{nullptr, 0, 0};
   IntensitySource intensity_{};
