@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "stretch/ChannelQuad.h"
 #include "stretch/LinePositionMath.h"
@@ -268,8 +269,8 @@ class OutputCursor {
 
   // Stores `value` at the cursor without moving on (the cursor is inside the line).
   [[gnu::always_inline]] void Put(const Value& value) {
-    if constexpr (detail::kStreamablePixels<Depth, Variant>) {
-      if (streamed_) return detail::StreamQuad<Depth, Variant>(pixel_, value);
+    if constexpr (kStreamable) {
+      if (streamed_ != 0) return detail::StreamQuad<Depth, Variant>(pixel_, value);
     }
     if constexpr (kChannelCount<Variant> == 1) {
       pixel_[VariantTraits<Variant>::kChannels[0]] = DepthTraits<Depth>::Store(value);
@@ -309,10 +310,19 @@ class OutputCursor {
     return false;
   }
 
+  static constexpr bool kStreamable = detail::kStreamablePixels<Depth, Variant>;
+  // The choice to store past the caches, kept only where the variant can make it, and as a whole
+  // word: the value pass copies the cursor in and out around every chunk, and a copy of an odd
+  // size is made of overlapping moves that wait on the stores just before them.
+  struct NoChoice {
+    explicit NoChoice(bool) {}
+  };
+  using StreamChoice = std::conditional_t<kStreamable, std::ptrdiff_t, NoChoice>;
+
   Channel* pixel_;
   Channel* last_;
   std::ptrdiff_t step_;
-  bool streamed_;
+  [[no_unique_address]] StreamChoice streamed_;
 };
 
 }  // namespace MORVANE_ISA
