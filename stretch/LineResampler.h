@@ -149,21 +149,26 @@ class LineResampler {
   // The value pass of one step as its position pass planned it (see PlannedStep).
   template <typename Plan, typename Sink>
   [[gnu::always_inline]] bool StepValues(double length, const Plan& plan, const Value& current,
-                                         const Value& next, const Value& currentMul,
-                                         const Value& nextMul, Sink& sink) {
-    return ValuesImpl<true>(length, plan, current, next, currentMul, nextMul, sink);
+                                         const Value& next, Sink& sink) {
+    return ValuesImpl<false>(length, plan, current, next, current, current, sink);
   }
+  // The same with the step's two pixels weighted: `currentScaled` is current * currentMul and
+  // `nextScaled` next * nextMul (each step's next pixel and multipliers are the current ones of
+  // the step after it, so the caller forms each product once).
   template <typename Plan, typename Sink>
   [[gnu::always_inline]] bool StepValues(double length, const Plan& plan, const Value& current,
-                                         const Value& next, Sink& sink) {
-    return ValuesImpl<false>(length, plan, current, next, current, next, sink);
+                                         const Value& currentMul, const Value& currentScaled,
+                                         const Value& nextScaled, Sink& sink) {
+    return ValuesImpl<true>(length, plan, current, nextScaled, currentMul, currentScaled, sink);
   }
 
  private:
+  // `from` and `next` are the step's two pixels: as they are without kMultiply (`from` is
+  // `current`), already weighted with it.
   template <bool kMultiply, typename Plan, typename Sink>
   [[gnu::always_inline]] bool ValuesImpl(double length, const Plan& plan, const Value& current,
                                          const Value& next, const Value& currentMul,
-                                         const Value& nextMul, Sink& sink) {
+                                         const Value& from, Sink& sink) {
     if (plan.Kind() == StepKind::Inside) {
       if constexpr (kMultiply) {
         carry_ = carry_ + (current * length) * currentMul;
@@ -174,16 +179,12 @@ class LineResampler {
     }
 
     const double u0 = plan.U0();
-    Value from = current;
-    Value delta;
     if constexpr (kMultiply) {
       if (sink.Emit((current * u0) * currentMul + carry_)) return true;
-      from = current * currentMul;
-      delta = next * nextMul - from;
     } else {
       if (sink.Emit(current * u0 + carry_)) return true;
-      delta = next - from;
     }
+    const Value delta = next - from;
 
     if (plan.Kind() == StepKind::ShortSpan) {
       // The carry is V(u) * (S - u) for the u the span ends at, when that part is above 0. Where

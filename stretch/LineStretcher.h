@@ -111,8 +111,13 @@ class LineStretcher {
     next_ = colour;
     next_.Advance();
     current_ = LoadChannels<Depth, Variant>(colour.Pixel());
-    fadeCurrent_ = colour.Fade(feather);
     shade_ = ShadeWalker(call_.shading, call_.shift.imageShiftOffset);
+    if constexpr (kMultiply) {
+      const StepMultipliers m = RouteShades(call_.shadingChannel, shade_.Current(), shade_.Next());
+      currentMul_ =
+          ChannelMultipliers<Variant>(m.alphaCurrent * colour.Fade(feather), m.colourCurrent);
+      currentScaled_ = current_ * currentMul_;
+    }
     step_ = 0;
     return false;
   }
@@ -171,7 +176,8 @@ class LineStretcher {
     LineResampler<Value> resampler = resampler_;
     ColourWalker next = next_;
     Value current = current_;
-    double fadeCurrent = fadeCurrent_;
+    Value currentMul = currentMul_;
+    Value currentScaled = currentScaled_;
     ShadeWalker shade = shade_;
     const int32_t feather = call_.featherLength;
     const ShadingChannel shadingChannel = call_.shadingChannel;
@@ -183,14 +189,15 @@ class LineStretcher {
       const PlannedStep plan(plans, k, line);
       bool filledLine;
       if constexpr (kMultiply) {
+        // This step's next multipliers are the current ones of the step after it.
         const StepMultipliers m = RouteShades(shadingChannel, shade.Current(), shade.Next());
-        const double fadeNext = next.Fade(feather);
-        const Value currentMul =
-            ChannelMultipliers<Variant>(m.alphaCurrent * fadeCurrent, m.colourCurrent);
-        const Value nextMul = ChannelMultipliers<Variant>(m.alphaNext * fadeNext, m.colourNext);
-        filledLine =
-            resampler.StepValues(length, plan, current, following, currentMul, nextMul, sink);
-        fadeCurrent = fadeNext;
+        const Value nextMul =
+            ChannelMultipliers<Variant>(m.alphaNext * next.Fade(feather), m.colourNext);
+        const Value nextScaled = following * nextMul;
+        filledLine = resampler.StepValues(length, plan, current, currentMul, currentScaled,
+                                          nextScaled, sink);
+        currentMul = nextMul;
+        currentScaled = nextScaled;
         shade.Advance();
       } else {
         filledLine = resampler.StepValues(length, plan, current, following, sink);
@@ -209,7 +216,10 @@ class LineStretcher {
     resampler_ = resampler;
     next_ = next;
     current_ = current;
-    fadeCurrent_ = fadeCurrent;
+    if constexpr (kMultiply) {
+      currentMul_ = currentMul;
+      currentScaled_ = currentScaled;
+    }
     shade_ = shade;
     return full;
   }
@@ -358,7 +368,9 @@ class LineStretcher {
   LineResampler<Value> resampler_;
   ColourWalker next_;
   Value current_{};
-  double fadeCurrent_ = 1.0;
+  // With shading or an edge fade: the current pixel's multipliers, and the pixel times them.
+  Value currentMul_{};
+  Value currentScaled_{};
   ShadeWalker shade_{call_.shading, 0};
   int64_t step_ = 0;
 };
