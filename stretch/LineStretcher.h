@@ -253,7 +253,7 @@ class LineStretcher {
       const PixelLanes pixels = NextPixels(intensity);
 #if defined(__AVX2__)
       // The lanes' pixels side by side: where all are opaque (or alpha is what is measured), the
-      // opaque table's entries at their colour sums in one gathering load.
+      // opaque table's entries at their colour sums, loaded together.
       const auto words = __m128i(LanesOf<StepIndexLanes>([&](int32_t j) {
         int32_t word;
         std::memcpy(&word, pixels[j], 4);
@@ -273,8 +273,7 @@ class LineStretcher {
     }
   }
 
-  // The curve's stretch lengths at `index` (each 0 ... 1023), one per lane: with AVX2 one
-  // gathering load.
+  // The curve's stretch lengths at `index` (each 0 ... 1023), one per lane.
   [[gnu::always_inline]] StepLanes CurveLengths(StepIndexLanes index) const {
 #if defined(__AVX2__)
     return Gather(call_.curve.data(), __m128i(index));
@@ -284,12 +283,17 @@ class LineStretcher {
   }
 
 #if defined(__AVX2__)
-  // table[index[j]] in lane j.
+  // table[index[j]] in lane j. The indices leave the register as two 64-bit words and the
+  // entries are loaded one by one: on the benchmark machine this took fewer cycles than a
+  // gathering load, and than taking the indices out one at a time.
   [[gnu::always_inline]] static StepLanes Gather(const double* table, __m128i index) {
-    // Every lane loaded (the form with a mask and a source, which the compiler also sees as set).
-    const __m256d all = _mm256_castsi256_pd(_mm256_set1_epi64x(-1));
-    return StepLanes(
-        _mm256_mask_i32gather_pd(_mm256_setzero_pd(), table, index, all, sizeof(double)));
+    const auto pair01 = static_cast<uint64_t>(_mm_cvtsi128_si64(index));
+    const auto pair23 = static_cast<uint64_t>(_mm_extract_epi64(index, 1));
+    const __m128d lanes01 =
+        _mm_loadh_pd(_mm_load_sd(table + static_cast<uint32_t>(pair01)), table + (pair01 >> 32));
+    const __m128d lanes23 =
+        _mm_loadh_pd(_mm_load_sd(table + static_cast<uint32_t>(pair23)), table + (pair23 >> 32));
+    return StepLanes(_mm256_set_m128d(lanes23, lanes01));
   }
 
   // Whether the alpha weighting changes nothing for any of four 8-bit pixels (one to a 32-bit
