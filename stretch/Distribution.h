@@ -44,6 +44,17 @@ template <typename F>
   return f(std::integral_constant<M, static_cast<M>(-1)>{});
 }
 
+// The mode to apply to steps first ... last (whole numbers in double) of a distribution length
+// R: `mode`, or a value outside the enumeration where `mode` leaves all of those steps' lengths as
+// they are (Constant before R is passed, LinearRampUp once R is reached), so that a chunk of such
+// steps skips the comparison.
+inline int32_t DistributionModeFor(int32_t mode, double first, double last, double range) {
+  const auto m = static_cast<DistributionMode>(mode);
+  const bool unchanged = (m == DistributionMode::Constant && !(last > range)) ||
+                         (m == DistributionMode::LinearRampUp && !(first < range));
+  return unchanged ? -1 : mode;
+}
+
 // Applies the record's distribution mode to the stretch length of step j.
 inline double ApplyDistribution(int32_t mode, double length, int64_t step, int64_t range) {
   return WithDistributionMode(mode, [&](auto m) {

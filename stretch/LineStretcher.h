@@ -139,7 +139,10 @@ class LineStretcher {
     const double distributionPixels = static_cast<double>(call_.distributionPixels);
     const StepLanes laneNumbers =
         LanesOf<StepLanes>([](int32_t j) { return static_cast<double>(j); });
-    WithDistributionMode(call_.distributionMode, [&](auto mode) {
+    const int32_t distributionMode =
+        DistributionModeFor(call_.distributionMode, static_cast<double>(first),
+                            static_cast<double>(first + steps - 1), distributionPixels);
+    WithDistributionMode(distributionMode, [&](auto mode) {
       for (int32_t k = 0; k < steps; k += kLengthLanes) {
         const StepLanes step = laneNumbers + static_cast<double>(first + k);
         const StepLanes stretch = GuardStretchLength(ApplyDistribution<decltype(mode)::value>(
