@@ -8,6 +8,10 @@ namespace morvane {
 
 enum class DistributionMode : int32_t { Constant = 0, LinearRampUp = 1, LinearRampDown = 2 };
 
+// A mode value outside the enumeration: it leaves every step's length as it is. Records the
+// controls cannot produce land here, and so do chunks of steps a mode would leave unchanged.
+inline constexpr int32_t kUnchangingDistributionMode = -1;
+
 // The distribution length R in stretch steps for lines of `length` pixels. Above a range of 1
 // it grows towards L * L + L at range 2 (L * L is formed in 64 bits).
 int64_t DistributionPixels(double range, int32_t length);
@@ -41,7 +45,7 @@ template <typename F>
     case M::LinearRampDown:
       return f(std::integral_constant<M, M::LinearRampDown>{});
   }
-  return f(std::integral_constant<M, static_cast<M>(-1)>{});
+  return f(std::integral_constant<M, static_cast<M>(kUnchangingDistributionMode)>{});
 }
 
 // The mode to apply to steps first ... last (whole numbers in double) of a distribution length
@@ -52,7 +56,7 @@ inline int32_t DistributionModeFor(int32_t mode, double first, double last, doub
   const auto m = static_cast<DistributionMode>(mode);
   const bool unchanged = (m == DistributionMode::Constant && !(last > range)) ||
                          (m == DistributionMode::LinearRampUp && !(first < range));
-  return unchanged ? -1 : mode;
+  return unchanged ? kUnchangingDistributionMode : mode;
 }
 
 // Applies the record's distribution mode to the stretch length of step j.
