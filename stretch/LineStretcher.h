@@ -185,9 +185,9 @@ class LineStretcher {
     const int32_t feather = call_.featherLength;
     const ShadingChannel shadingChannel = call_.shadingChannel;
 
-    // One step into `sink`; true when it fills the line.
-    const auto step = [&](int32_t k, auto& sink) {
-      const Value following = LoadChannels<Depth, Variant>(next.Pixel());
+    // One step into `sink`, its next pixel read through `walker`; true when it fills the line.
+    const auto step = [&](int32_t k, auto& sink, auto& walker) {
+      const Value following = LoadChannels<Depth, Variant>(walker.Pixel());
       const double length = plans.length[k * kLockstepLines + line];
       const PlannedStep plan(plans, k, line);
       bool filledLine;
@@ -195,7 +195,7 @@ class LineStretcher {
         // This step's next multipliers are the current ones of the step after it.
         const StepMultipliers m = RouteShades(shadingChannel, shade.Current(), shade.Next());
         const Value nextMul =
-            ChannelMultipliers<Variant>(m.alphaNext * next.Fade(feather), m.colourNext);
+            ChannelMultipliers<Variant>(m.alphaNext * walker.Fade(feather), m.colourNext);
         const Value nextScaled = following * nextMul;
         filledLine = resampler.StepValues(length, plan, current, currentMul, currentScaled,
                                           nextScaled, sink);
@@ -206,15 +206,30 @@ class LineStretcher {
         filledLine = resampler.StepValues(length, plan, current, following, sink);
       }
       current = following;
-      next.Advance();
+      walker.Advance();
       return filledLine;
     };
     // Only a chunk's last step can fill the line: the position pass ends a line's chunk with the
     // step that fills it.
-    typename OutputCursor<Depth, Variant>::Unbounded inner(cursor);
-    for (int32_t k = 0; k + 1 < count; ++k)
-      step(k, inner);
-    const bool full = count > 0 && step(count - 1, cursor);
+    const auto steps = [&](auto& walker) {
+      typename OutputCursor<Depth, Variant>::Unbounded inner(cursor);
+      for (int32_t k = 0; k + 1 < count; ++k)
+        step(k, inner, walker);
+      return count > 0 && step(count - 1, cursor, walker);
+    };
+    bool full;
+    if constexpr (Mode != EdgeMode::Transparent) {
+      // Away from the line's ends the chunk's next pixels lie one after another.
+      if (next.ForwardFor(count)) {
+        ForwardPixels ahead{next.Pixel(), next.Step()};
+        full = steps(ahead);
+        next.SkipForward(count);
+      } else {
+        full = steps(next);
+      }
+    } else {
+      full = steps(next);
+    }
     cursor_ = cursor;
     resampler_ = resampler;
     next_ = next;
@@ -229,6 +244,15 @@ class LineStretcher {
 
  private:
   using PixelLanes = std::array<const Channel*, kLengthLanes>;
+
+  // Pixels met one after another, `step` apart, with no edge on the way: a walker's plain part.
+  struct ForwardPixels {
+    const Channel* pixel;
+    std::ptrdiff_t step;
+    [[gnu::always_inline]] const Channel* Pixel() const { return pixel; }
+    [[gnu::always_inline]] static double Fade(int32_t) { return 1.0; }
+    [[gnu::always_inline]] void Advance() { pixel += step; }
+  };
 
   // The next kLengthLanes pixels of `intensity`, one per lane.
   [[gnu::always_inline]] static PixelLanes NextPixels(IntensitySource& intensity) {
